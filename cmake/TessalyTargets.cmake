@@ -1,0 +1,45 @@
+# How the project's own targets are compiled, and the helpers that declare them.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+# The options every target shares. Floating point is part of the contract: without -ffp-contract=off a compiler may
+# fuse a multiplication and an addition, and results would differ between processors.
+add_library(tessaly-options INTERFACE)
+target_compile_options(tessaly-options INTERFACE -ffp-contract=off -Wall -Wextra -Wconversion -Wshadow)
+if(TESSALY_WARNINGS_AS_ERRORS)
+  target_compile_options(tessaly-options INTERFACE -Werror)
+endif()
+if(TESSALY_SANITIZERS)
+  target_compile_options(tessaly-options INTERFACE -fsanitize=${TESSALY_SANITIZERS} -fno-omit-frame-pointer
+                                                   -fno-sanitize-recover=all)
+  target_link_options(tessaly-options INTERFACE -fsanitize=${TESSALY_SANITIZERS})
+endif()
+
+# tessaly_library(NAME SOURCES…): one static library a folder of src/, included as "folder/Header.h".
+function(tessaly_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(${name} PUBLIC tessaly-options)
+endfunction()
+
+# tessaly_hot(TARGET): loops over whole raw planes live here. gcc 12 vectorises them at -O3 only, so an optimised
+# build of any type compiles them that way; sanitizer and debug builds keep their own level.
+function(tessaly_hot name)
+  target_compile_options(${name} PRIVATE "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")
+endfunction()
+
+# tessaly_test(NAME SOURCES…): a GoogleTest program whose cases ctest lists one by one.
+function(tessaly_test name)
+  add_executable(${name} ${ARGN})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${name} PRIVATE tessaly-options GTest::gmock GTest::gtest_main)
+  include(GoogleTest)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()

@@ -1,0 +1,51 @@
+// What a batch is asked to do and what it reports.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "preferences/AppPreferences.h"
+
+namespace tessaly {
+
+struct BatchOptions {
+  ExistingOutputPolicy existingOutputPolicy = ExistingOutputPolicy::skip;
+  bool saveLog = true;
+};
+
+/// A snapshot taken when one file has finished.
+struct BatchProgress {
+  std::int64_t total = 0;
+  std::int64_t completed = 0;
+  std::int64_t succeeded = 0;
+  std::int64_t failed = 0;
+  std::int64_t skipped = 0;
+  std::string currentFilename;  ///< the file that has just finished, as text
+
+  bool operator==(const BatchProgress&) const = default;
+};
+
+struct BatchFailure {
+  std::string filename;  ///< as text; empty for a failure of the batch as a whole
+  std::string message;   ///< in the interface's language; of the batch as a whole: English
+
+  bool operator==(const BatchFailure&) const = default;
+};
+
+struct BatchSummary {
+  std::int64_t total = 0;
+  std::int64_t succeeded = 0;
+  std::int64_t failed = 0;
+  std::int64_t skipped = 0;
+  bool cancelled = false;
+  std::vector<BatchFailure> failures;  ///< in finishing order
+  std::optional<std::filesystem::path> logURL;
+  std::optional<std::string> logError;
+
+  bool operator==(const BatchSummary&) const = default;
+};
+
+}  // namespace tessaly

@@ -1,0 +1,26 @@
+// Hands out output names that never collide, ignoring letter case.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "preferences/AppPreferences.h"
+
+namespace tessaly {
+
+class OutputNameAllocator {
+ public:
+  /// `existingNames`: the names (native bytes) of all entries of the output folder, hidden ones included.
+  explicit OutputNameAllocator(const std::vector<std::string>& existingNames);
+
+  /// The name for the copy of the source called `name`: the name itself, or with `numberedCopy` the first free of
+  /// "stem-2.ext", "stem-3.ext", …; nothing when the name is taken and the policy is `skip`.
+  [[nodiscard]] std::optional<std::string> allocate(const std::string& name, ExistingOutputPolicy policy);
+
+ private:
+  std::unordered_set<std::string> reserved_;  ///< lower-cased
+};
+
+}  // namespace tessaly

@@ -1,0 +1,17 @@
+// The one rule for "is this a candidate source file", shared by batch, calibration tab, counts and command line.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+namespace tessaly {
+
+/// Whether the name's extension, lower-cased, is "dng" or one of the cameras' own raw formats.
+[[nodiscard]] bool isSourceFileName(const std::filesystem::path& name);
+
+/// The candidate source files at the top level of a folder, in natural order of their names: regular files (a symbolic
+/// link is none) that are not hidden and have a source file's name. Throws std::system_error when the folder cannot be
+/// listed.
+[[nodiscard]] std::vector<std::filesystem::path> sourceFiles(const std::filesystem::path& folder);
+
+}  // namespace tessaly

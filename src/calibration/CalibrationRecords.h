@@ -1,0 +1,67 @@
+// What calibration finds and reports: candidates, progress, previews and the result.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "dng/DNGMetadata.h"
+#include "platform/UUID.h"
+
+namespace tessaly {
+
+/// A sensor defect that the photographer is asked to confirm, in raw coordinates.
+struct CalibrationCandidate {
+  enum class Kind { pixel, line, spot };
+
+  UUID id;
+  Kind kind = Kind::pixel;
+  std::int64_t x = 0;       ///< column; of a line its first one
+  std::int64_t yStart = 0;  ///< first row
+  std::int64_t yEnd = 0;    ///< last row, inclusive
+  std::int64_t width = 1;   ///< number of adjacent columns
+  std::int64_t radiusX = 0;
+  std::int64_t radiusY = 0;
+  double confidence = 0;                           ///< 0 to 0.99; 1 for one that was added by hand
+  std::optional<double> evidenceSigma;             ///< strength in robust standard deviations (full columns)
+  std::optional<double> frameAgreement;            ///< fraction of frames that agree in sign (lines)
+  std::optional<std::int64_t> exposureGroupCount;  ///< independent exposure groups that showed the defect (lines)
+  std::string reason;                              ///< English; translated where it is shown
+
+  bool operator==(const CalibrationCandidate&) const = default;
+};
+
+/// One step of an analysis. `message` is English; `completed` never exceeds `total`.
+struct CalibrationProgress {
+  std::int64_t completed = 0;
+  std::int64_t total = 0;
+  std::string message;
+
+  bool operator==(const CalibrationProgress&) const = default;
+};
+
+using CalibrationProgressHandler = std::function<void(const CalibrationProgress&)>;
+
+/// An 8-bit grey picture of the active area, row after row; `pixels` is empty where there was nothing to show.
+struct RawPreviewImage {
+  std::int64_t width = 0;
+  std::int64_t height = 0;
+  std::vector<std::uint8_t> pixels;
+
+  bool operator==(const RawPreviewImage&) const = default;
+};
+
+struct CalibrationResult {
+  DNGMetadata metadata;  ///< of the first file after sorting
+  std::int64_t brightFrameCount = 0;
+  std::int64_t darkFrameCount = 0;
+  std::int64_t lineEvidenceFrameCount = 0;
+  std::int64_t lineExposureGroupCount = 0;
+  std::vector<CalibrationCandidate> candidates;  ///< lines, spots, pixels; within a kind the most confident first
+  RawPreviewImage preview;
+};
+
+}  // namespace tessaly

@@ -1,0 +1,33 @@
+// Reads the description and the samples of the main raw image of a DNG file.
+//
+// Stateless: safe to call from several threads. Every error leaves as DNGError::Case::file with the file's name.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "dng/DNGMetadata.h"
+#include "dng/RawPlane.h"
+
+namespace tessaly::DNGReader {
+
+/// Reads the metadata only and applies every acceptance rule except the one for compression (see supportReason).
+[[nodiscard]] DNGMetadata readMetadata(const std::filesystem::path& url);
+
+/// Why the samples of this image cannot be read (its compression); nothing when they can.
+[[nodiscard]] std::optional<std::string> supportReason(const DNGMetadata& metadata);
+
+/// Decodes every raw sample. `metadata` is the record of an earlier readMetadata of the same file; it is compared with
+/// the file as it is now, so that a file replaced in between is refused.
+[[nodiscard]] RawSamples readRaw(const std::filesystem::path& url, const DNGMetadata& metadata);
+
+/// The same into a buffer that the caller keeps from file to file. On an error its contents are unspecified.
+void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, RawSamples& samples);
+
+[[nodiscard]] RawPlane readPlane(const std::filesystem::path& url);
+
+/// The 23 extensions, lower-case, of cameras' own raw formats, which are refused unread.
+[[nodiscard]] bool isProprietaryExtension(const std::string& lowerCaseExtension);
+
+}  // namespace tessaly::DNGReader

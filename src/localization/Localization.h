@@ -1,0 +1,70 @@
+// Every text that the user reads, in English, Simplified Chinese and French. The English text is the key.
+//
+// Pure apart from reading the language preference; safe from any thread.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "dng/DNGError.h"
+#include "preferences/AppLanguage.h"
+
+namespace tessaly {
+
+namespace Localization {
+
+using RejectionReason = tessaly::RejectionReason;
+
+/// One text in the three languages; placeholders are the same, in the same order, in all of them.
+struct Entry {
+  std::string_view english;
+  std::string_view chinese;
+  std::string_view french;
+};
+
+/// All texts, in their fixed order.
+[[nodiscard]] std::span<const Entry> entries();
+
+inline constexpr std::string_view supportEmail = "support@tessaly.example";
+
+/// The language of the interface: the one chosen for this run, else the preference, resolved; never `system`.
+[[nodiscard]] AppLanguage language();
+
+/// Chooses the language for this run of the program (a command line's --language); nothing: the preference decides.
+void setLanguageOverride(std::optional<AppLanguage> language);
+
+/// The text in the given language (absent: the interface's); a text that is not in the table is returned unchanged.
+[[nodiscard]] std::string text(std::string_view english, std::optional<AppLanguage> language = std::nullopt);
+
+/// The English key of a text given in any of the three languages; a text that is not in the table is unchanged.
+[[nodiscard]] std::string original(std::string_view text);
+
+/// "<filename>: <message of the reason> <help line>".
+[[nodiscard]] std::string rejectionMessage(RejectionReason reason, std::string_view filename,
+                                           std::optional<AppLanguage> language = std::nullopt);
+
+using FormatArgument = std::variant<std::int64_t, std::string>;
+
+/// Puts the arguments into %d, %@ and %% of an already translated format, in one pass: an argument is never expanded.
+[[nodiscard]] std::string format(std::string_view format, std::initializer_list<FormatArgument> arguments);
+
+}  // namespace Localization
+
+/// The text in the interface's language.
+[[nodiscard]] std::string L(std::string_view english);
+
+/// The format in the interface's language, with its arguments: whole numbers for %d, texts for %@.
+[[nodiscard]] std::string LF(std::string_view english, std::initializer_list<Localization::FormatArgument> arguments);
+
+/// What the user is told about an error: for one that belongs to a file the rejection message with the file's name;
+/// for any other DNGError its technical description; for every other exception the system's own words.
+[[nodiscard]] std::string errorDescription(const std::exception& error,
+                                           std::optional<AppLanguage> language = std::nullopt);
+
+}  // namespace tessaly
