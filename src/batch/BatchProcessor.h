@@ -1,28 +1,20 @@
 // Repairs every source file at the top level of one folder with one camera profile, several files at a time.
 //
 // One instance serves one run. Callbacks come on worker threads, possibly several at once; `completion` comes once, at
-// the very end, on the background thread of the run.
+// the very end, on the background thread of the run. What a callback throws is dropped.
 #pragma once
 
+#include "batch/BatchRecords.h"
+#include "profile/CameraProfile.h"
+#include "repair/RepairCopy.h"
+
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <vector>
 
-#include "batch/BatchRecords.h"
-#include "profile/CameraProfile.h"
-
 namespace tessaly {
-
-/// The outcome of one file, for callers that report each file (the command line).
-struct BatchFileOutcome {
-  enum class Status { success, failed, skipped };
-  std::filesystem::path source;
-  Status status = Status::success;
-  std::int64_t repairedSamples = 0;
-  std::string message;    ///< of a failure, in the interface's language
-  std::string technical;  ///< of a failure, the innermost error's English description
-};
 
 class BatchProcessor {
  public:
@@ -30,8 +22,14 @@ class BatchProcessor {
   using CompletionHandler = std::function<void(const BatchSummary&)>;
   using FileHandler = std::function<void(const BatchFileOutcome&)>;
 
+  /// What a worker does with one file: DNGWriter::repairCopy, or what a test puts in its place.
+  using RepairFunction =
+      std::function<DNGWriteResult(const std::filesystem::path& source, const std::filesystem::path& destination,
+                                   const CameraProfile& profile, RepairWorkspace& workspace)>;
+
   BatchProcessor();
-  ~BatchProcessor();  ///< waits for a run that is still going on
+  explicit BatchProcessor(RepairFunction repair);
+  ~BatchProcessor();  ///< waits for a run that is still going on, except on the run's own thread
 
   /// Lets files in progress finish and drops the rest. Any thread, any number of times; never undone.
   void cancel();
@@ -40,17 +38,22 @@ class BatchProcessor {
   void process(std::filesystem::path inputDirectory, std::filesystem::path outputDirectory, CameraProfile profile,
                std::int64_t workers, BatchOptions options, ProgressHandler progress, CompletionHandler completion);
 
-  /// The same for exactly these files instead of a folder's listing; waits for the end. `file`, when given, is called
-  /// like `progress`, before it.
-  BatchSummary processFiles(std::vector<std::filesystem::path> sources, std::filesystem::path outputDirectory,
-                            CameraProfile profile, std::int64_t workers, BatchOptions options, ProgressHandler progress,
-                            FileHandler file);
+  /// The same on the caller's thread, with the summary as the result. `file`, when given, is called like `progress`,
+  /// before it.
+  BatchSummary processFolder(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
+                             const CameraProfile& profile, std::int64_t workers, const BatchOptions& options,
+                             const ProgressHandler& progress, const FileHandler& file);
 
-  // Further entry points that the command line needs are added by the owner of this folder.
+  /// The same for exactly these files, in this order, instead of a folder's listing. The folder of none of them may be
+  /// the output folder. When not one of them exists that is a failure of the batch as a whole.
+  BatchSummary processFiles(const std::vector<std::filesystem::path>& sources,
+                            const std::filesystem::path& outputDirectory, const CameraProfile& profile,
+                            std::int64_t workers, const BatchOptions& options, const ProgressHandler& progress,
+                            const FileHandler& file);
 
  private:
   struct Implementation;
-  std::unique_ptr<Implementation> implementation_;
+  std::shared_ptr<Implementation> implementation_;  ///< shared with the thread of the run
 };
 
 }  // namespace tessaly

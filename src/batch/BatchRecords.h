@@ -1,13 +1,13 @@
 // What a batch is asked to do and what it reports.
 #pragma once
 
+#include "preferences/AppPreferences.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "preferences/AppPreferences.h"
 
 namespace tessaly {
 
@@ -26,6 +26,18 @@ struct BatchProgress {
   std::string currentFilename;  ///< the file that has just finished, as text
 
   bool operator==(const BatchProgress&) const = default;
+};
+
+/// The outcome of one file, for the log and for callers that report each file (the command line).
+struct BatchFileOutcome {
+  enum class Status { success, failed, skipped };
+
+  std::filesystem::path source;
+  Status status = Status::success;
+  std::int64_t repairedSamples = 0;
+  std::string details;    ///< as the log says it: always English, empty for a success
+  std::string message;    ///< of a failure, in the interface's language
+  std::string technical;  ///< of a failure, the innermost error's English description
 };
 
 struct BatchFailure {

@@ -1,12 +1,12 @@
 // Hands out output names that never collide, ignoring letter case.
 #pragma once
 
+#include "preferences/AppPreferences.h"
+
 #include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
-
-#include "preferences/AppPreferences.h"
 
 namespace tessaly {
 

@@ -1,0 +1,27 @@
+// The CSV log of a batch: UTF-8 without a byte-order mark, lines separated by one line feed, never localised.
+#pragma once
+
+#include "batch/BatchRecords.h"
+#include "platform/Timestamp.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaly::RepairLog {
+
+inline constexpr std::string_view header = "File,Status,Repaired Samples,Details";
+
+/// One file's line, without a line feed at its end: "name","status word",samples,"details" with only the name and the
+/// details quoted.
+[[nodiscard]] std::string row(const BatchFileOutcome& outcome);
+
+/// "Repair Log-2026-11-15T20-23-12Z.csv".
+[[nodiscard]] std::string fileName(Timestamp time);
+
+/// Writes the rows, the header line included, into the folder and returns the log's location. Atomic; replaces a log
+/// of the same second. Throws std::system_error.
+std::filesystem::path write(const std::vector<std::string>& rows, const std::filesystem::path& folder, Timestamp time);
+
+}  // namespace tessaly::RepairLog
