@@ -3,14 +3,19 @@
 //
 //   DNGBuilder().size(64, 48).bits(12).tiles(32, 16).bigEndian().cfa("GRBG").samples(values).write(path);
 //
-// Whatever is not said is the plainest valid DNG: little-endian, 16 bits, RGGB, one strip, the raw image in the first
-// directory, samples 0, no levels, no serial. A builder is a value; each call returns it for chaining.
+// Whatever is not said is the plainest valid DNG: little-endian, 8 × 6 samples of 16 bits, RGGB, one strip, the raw
+// image in the first directory, samples 0, UniqueCameraModel "Tessaly Test Camera", no levels, no serial, no EXIF. A
+// builder is a value; each call returns it for chaining. Where a call and a generated entry disagree, the call wins:
+// rawTag(256, …) changes the width that the file claims and nothing else. Impossible samples throw
+// std::invalid_argument.
 #pragma once
+
+#include "tools/SegmentPacker.h"
+#include "tools/TIFFLayout.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -18,12 +23,6 @@
 #include <vector>
 
 namespace tessaly::tools {
-
-/// The values of one TIFF entry in the file's byte order: numbers of the type's size (a rational is two numbers).
-struct TIFFValues {
-  int type = 4;
-  std::vector<std::int64_t> numbers;
-};
 
 class DNGBuilder {
  public:
@@ -69,14 +68,52 @@ class DNGBuilder {
   /// Fills padding bits of rows, padding samples of tiles, gaps and the tail with this byte instead of zero.
   DNGBuilder& paddingByte(std::uint8_t value);
   DNGBuilder& gapBetweenSegments(std::int64_t bytes);
-  DNGBuilder& segmentsInReverseOrder();     ///< the last strip or tile comes first in the file
+  DNGBuilder& segmentsInReverseOrder();  ///< the last strip or tile comes first in the file
   DNGBuilder& trailingBytes(std::int64_t bytes);
 
   [[nodiscard]] std::vector<std::byte> build() const;
+  /// The file offset of each strip or tile in what build() returns.
+  [[nodiscard]] std::vector<std::int64_t> segmentOffsets() const;
   void write(const std::filesystem::path& path) const;
 
  private:
-  // Implementation: the owner of this file.
+  /// Where in the file each thing stands that an entry points to.
+  struct Places {
+    std::int64_t rawDirectory = 0;
+    std::int64_t exifDirectory = 0;
+    std::int64_t preview = 0;
+    std::vector<std::int64_t> segments;
+  };
+
+  /// The three directories; without a SubIFD the raw entries are in `first` and `raw` is empty.
+  struct Directories {
+    TIFFEntries first;
+    TIFFEntries raw;
+    TIFFEntries exif;
+  };
+
+  [[nodiscard]] SegmentLayout segmentLayout() const;
+  [[nodiscard]] TIFFEntries segmentEntries(const Places& places) const;
+  [[nodiscard]] TIFFEntries imageEntries(const Places& places) const;
+  [[nodiscard]] TIFFEntries cameraEntries(const Places& places) const;
+  [[nodiscard]] Directories directories(const Places& places) const;
+  [[nodiscard]] Places places() const;
+  void requireSamplesThatFit() const;
+  void appendSegments(Bytes& file, const Places& places) const;
+
+  bool littleEndian_ = true;
+  bool inSubIFD_ = false;
+  bool segmentsInReverseOrder_ = false;
+  std::int64_t gap_ = 0;
+  std::int64_t trailing_ = 0;
+  SegmentLayout layout_;
+  std::int64_t rowsPerStrip_ = 0;  ///< 0: the whole height
+  std::vector<std::uint16_t> samples_;
+  TIFFEntries rawTags_;
+  TIFFEntries firstTags_;
+  TIFFEntries exifTags_;
+  std::set<int> withoutRawTags_;
+  std::set<int> withoutFirstTags_;
 };
 
 /// Writes bytes to a file, replacing it; throws std::runtime_error.
