@@ -3,6 +3,9 @@
 // Pure apart from reading the language preference; safe from any thread.
 #pragma once
 
+#include "dng/DNGError.h"
+#include "preferences/AppLanguage.h"
+
 #include <cstdint>
 #include <exception>
 #include <initializer_list>
@@ -11,9 +14,6 @@
 #include <string>
 #include <string_view>
 #include <variant>
-
-#include "dng/DNGError.h"
-#include "preferences/AppLanguage.h"
 
 namespace tessaly {
 
@@ -53,6 +53,10 @@ using FormatArgument = std::variant<std::int64_t, std::string>;
 
 /// Puts the arguments into %d, %@ and %% of an already translated format, in one pass: an argument is never expanded.
 [[nodiscard]] std::string format(std::string_view format, std::initializer_list<FormatArgument> arguments);
+
+/// An English text that may have been composed from one of the table's formats ("Reading IMG_1.dng"), in the given
+/// language (absent: the interface's). Reasons and progress messages are kept in English and shown through this.
+[[nodiscard]] std::string composedText(std::string_view english, std::optional<AppLanguage> language = std::nullopt);
 
 }  // namespace Localization
 

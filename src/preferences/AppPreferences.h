@@ -2,6 +2,8 @@
 // stored value reads as the default. All members are safe from any thread.
 #pragma once
 
+#include "preferences/AppLanguage.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -9,8 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "preferences/AppLanguage.h"
 
 namespace tessaly {
 

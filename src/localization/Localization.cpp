@@ -1,0 +1,95 @@
+#include "localization/Localization.h"
+
+#include "localization/Format.h"
+#include "localization/RejectionMessages.h"
+#include "platform/Text.h"
+#include "preferences/AppPreferences.h"
+
+#include <algorithm>
+#include <atomic>
+#include <iterator>
+
+namespace tessaly {
+
+namespace Localization {
+namespace {
+
+// `system` stands for "no override": it is never a language that a text is shown in.
+std::atomic<AppLanguage> languageOverride = AppLanguage::system;
+
+std::string_view column(const Entry& entry, AppLanguage language) {
+  if (language == AppLanguage::chinese) return entry.chinese;
+  if (language == AppLanguage::french) return entry.french;
+  return entry.english;
+}
+
+AppLanguage shown(std::optional<AppLanguage> asked) {
+  return asked ? resolved(*asked) : language();
+}
+
+const Entry* entryOfEnglish(std::string_view english) {
+  const auto table = entries();
+  const auto found = std::ranges::find(table, english, &Entry::english);
+  return found == table.end() ? nullptr : &*found;
+}
+
+std::string helpLine(AppLanguage language) {
+  const std::string address(supportEmail);
+  if (language == AppLanguage::chinese)
+    return "如需帮助，请发送邮件至 " + address + "，注明相机型号，我们会评估添加支持。";
+  if (language == AppLanguage::french) {
+    return "Pour obtenir de l’aide, écrivez à " + address +
+           " avec le modèle de votre appareil ; nous étudierons sa prise en charge.";
+  }
+  return "For help, email " + address + " with your camera model and we'll look at adding support.";
+}
+
+}  // namespace
+
+AppLanguage language() {
+  const AppLanguage chosen = languageOverride.load();
+  return resolved(chosen == AppLanguage::system ? AppPreferences::shared().language() : chosen);
+}
+
+void setLanguageOverride(std::optional<AppLanguage> language) {
+  languageOverride = language.value_or(AppLanguage::system);
+}
+
+std::string text(std::string_view english, std::optional<AppLanguage> language) {
+  const Entry* entry = entryOfEnglish(english);
+  return std::string(entry ? column(*entry, shown(language)) : english);
+}
+
+std::string original(std::string_view text) {
+  const auto table = entries();
+  const auto found = std::ranges::find_if(table, [text](const Entry& entry) {
+    return text == entry.english || text == entry.chinese || text == entry.french;
+  });
+  return std::string(found == table.end() ? text : found->english);
+}
+
+std::string rejectionMessage(RejectionReason reason, std::string_view filename, std::optional<AppLanguage> language) {
+  const AppLanguage tongue = shown(language);
+  std::string message(filename);
+  message.append(": ").append(column(rejectionMessages(reason), tongue)).append(" ").append(helpLine(tongue));
+  return message;
+}
+
+}  // namespace Localization
+
+std::string L(std::string_view english) {
+  return Localization::text(english);
+}
+
+std::string LF(std::string_view english, std::initializer_list<Localization::FormatArgument> arguments) {
+  return Localization::format(L(english), arguments);
+}
+
+std::string errorDescription(const std::exception& error, std::optional<AppLanguage> language) {
+  const auto* dngError = dynamic_cast<const DNGError*>(&error);
+  if (!dngError) return exceptionMessage(error);
+  if (dngError->kind() != DNGError::Case::file) return dngError->what();
+  return Localization::rejectionMessage(dngError->rejectionReason(), dngError->message(), language);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,10 @@
+// The message of each rejection reason, in the three languages, without file name and help line.
+#pragma once
+
+#include "localization/Localization.h"
+
+namespace tessaly::Localization {
+
+[[nodiscard]] const Entry& rejectionMessages(RejectionReason reason);
+
+}  // namespace tessaly::Localization

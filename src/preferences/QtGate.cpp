@@ -1,0 +1,10 @@
+#include "preferences/QtGate.h"
+
+namespace tessaly {
+
+std::mutex& qtGate() {
+  static std::mutex gate;
+  return gate;
+}
+
+}  // namespace tessaly
