@@ -17,6 +17,7 @@
 namespace tessaly {
 namespace {
 
+using tests::TemporaryFolder;
 using tools::DNGBuilder;
 
 /// Uniform integers that do not depend on the standard library's distributions.
