@@ -1,0 +1,106 @@
+#include "platform/PartialFile.h"
+
+#include "platform/MoveFile.h"
+#include "platform/SystemCall.h"
+#include "platform/UUID.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cassert>
+#include <cerrno>
+
+namespace tessaly {
+namespace {
+
+std::filesystem::path temporaryPath(const std::filesystem::path& folder) {
+  return folder / ("." + UUID::random().text() + ".partial");
+}
+
+}  // namespace
+
+std::filesystem::path folderOf(const std::filesystem::path& file) {
+  return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
+}
+
+PartialFile::PartialFile(FileSystem& system, const std::filesystem::path& folder)
+    : system_(system),
+      path_(temporaryPath(folder)),
+      descriptor_(callSystem([this] { return system_.createNew(path_); })) {}
+
+PartialFile::~PartialFile() {
+  ::close(descriptor_);
+  if (isTemporary_) system_.unlink(path_);
+}
+
+void PartialFile::writeAt(std::int64_t offset, std::span<const std::byte> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = callSystem([&] { return system_.writeAt(descriptor_, offset, bytes); });
+    if (written == 0) throwSystemError(EIO);  // a file that takes nothing and names no reason would hang us here
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+    offset += written;
+  }
+}
+
+// The range is the size that the source had when it was opened: one that has grown or shrunk since is not cloned.
+bool PartialFile::cloneFrom(const InputFile& source) {
+  const FileRange all{source.descriptor(), 0, source.size()};
+  return retryWhenInterrupted([&] { return system_.clone(all, descriptor_); }) == 0;
+}
+
+// Whatever the system refuses here, or leaves out, the caller copies by hand, where a real fault shows again.
+std::int64_t PartialFile::copyInside(const FileRange& range) {
+  std::int64_t done = 0;
+  while (done < range.length) {
+    const FileRange rest{range.descriptor, range.offset + done, range.length - done};
+    const ssize_t copied = retryWhenInterrupted([&] { return system_.copyRange(rest, descriptor_); });
+    if (copied <= 0) break;
+    done += copied;
+  }
+  return done;
+}
+
+std::int64_t PartialFile::copyFrom(const InputFile& source, std::int64_t offset, std::int64_t length,
+                                   std::span<std::byte> buffer) {
+  assert(!buffer.empty());
+  std::int64_t done = copyInside({source.descriptor(), offset, length});
+  while (done < length) {
+    const auto wanted = std::min(length - done, static_cast<std::int64_t>(buffer.size()));
+    const std::size_t got = source.readAt(offset + done, buffer.first(static_cast<std::size_t>(wanted)));
+    if (got == 0) break;
+    writeAt(offset + done, buffer.first(got));
+    done += static_cast<std::int64_t>(got);
+  }
+  return done;
+}
+
+void PartialFile::setMode(mode_t mode) {
+  system_.setMode(descriptor_, mode);
+}
+
+void PartialFile::synchronize() {
+  callSystem([this] { return system_.synchronize(descriptor_); });
+}
+
+void PartialFile::synchronizeAndDropCache() {
+  synchronize();
+  system_.dropCache(descriptor_);
+}
+
+void PartialFile::moveTo(const std::filesystem::path& destination) {
+  moveWithoutReplacing(system_, path_, destination);
+  becameFinal(destination);
+}
+
+void PartialFile::replace(const std::filesystem::path& destination) {
+  callSystem([&] { return system_.renameReplacing(path_, destination); });
+  becameFinal(destination);
+}
+
+// The file is complete and has its name: a folder that cannot be synchronized does not undo that.
+void PartialFile::becameFinal(const std::filesystem::path& destination) {
+  isTemporary_ = false;
+  system_.synchronizeFolder(folderOf(destination));
+}
+
+}  // namespace tessaly

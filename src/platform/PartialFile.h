@@ -1,0 +1,69 @@
+// A new file that grows under a hidden temporary name, "." + UUID + ".partial", in the folder where it will stay, and
+// gets its final name when it is complete. Whatever happens, no incomplete file bears a final name and the temporary
+// one is removed.
+//
+// Owned and used by one thread. Failures of the system are thrown as std::system_error.
+#pragma once
+
+#include "platform/FileSystem.h"
+#include "platform/InputFile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+namespace tessaly {
+
+/// The folder that a file stands in; of a bare name ".".
+[[nodiscard]] std::filesystem::path folderOf(const std::filesystem::path& file);
+
+class PartialFile {
+ public:
+  /// Creates the file in an existing folder. `system` must outlive this object.
+  PartialFile(FileSystem& system, const std::filesystem::path& folder);
+  PartialFile(const PartialFile&) = delete;
+  PartialFile& operator=(const PartialFile&) = delete;
+
+  /// Removes the file unless it has got its final name; a failure of that is ignored.
+  ~PartialFile();
+
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+  void writeAt(std::int64_t offset, std::span<const std::byte> bytes);
+
+  /// Makes the file, empty so far, share all data of `source`; false where the file system cannot.
+  [[nodiscard]] bool cloneFrom(const InputFile& source);
+
+  /// Copies bytes to the same offset, inside the system where it can, else in slices through `buffer` (not empty).
+  /// Gives the number of bytes copied: fewer than asked only when the source has become shorter.
+  [[nodiscard]] std::int64_t copyFrom(const InputFile& source, std::int64_t offset, std::int64_t length,
+                                      std::span<std::byte> buffer);
+
+  /// Sets the permission bits, where the file system keeps any.
+  void setMode(mode_t mode);
+
+  /// Brings the bytes to the medium and asks the system to forget them (as far as it does), so that whoever reads the
+  /// file next is answered by the medium.
+  void synchronizeAndDropCache();
+
+  /// Brings the bytes to the medium.
+  void synchronize();
+
+  /// The final name, without ever replacing anything (see moveWithoutReplacing).
+  void moveTo(const std::filesystem::path& destination);
+
+  /// The final name, in the place of a file that may bear it.
+  void replace(const std::filesystem::path& destination);
+
+ private:
+  [[nodiscard]] std::int64_t copyInside(const FileRange& range);
+  void becameFinal(const std::filesystem::path& destination);
+
+  FileSystem& system_;
+  std::filesystem::path path_;
+  int descriptor_ = -1;
+  bool isTemporary_ = true;
+};
+
+}  // namespace tessaly
