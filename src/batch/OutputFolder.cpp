@@ -1,0 +1,44 @@
+#include "batch/OutputFolder.h"
+
+#include <system_error>
+
+namespace tessaly {
+
+namespace {
+
+std::filesystem::path absolutePath(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::path absolute = std::filesystem::absolute(folder, error);
+  return error ? folder : absolute;
+}
+
+std::filesystem::path lexicallyStandardized(const std::filesystem::path& folder) {
+  const std::filesystem::path normal = absolutePath(folder).lexically_normal();
+  const bool endsWithSlash = !normal.has_filename() && normal.has_relative_path();
+  return endsWithSlash ? normal.parent_path() : normal;
+}
+
+bool isSameOnDisk(const std::filesystem::path& left, const std::filesystem::path& right) {
+  std::error_code error;
+  return std::filesystem::equivalent(left, right, error) && !error;
+}
+
+}  // namespace
+
+std::filesystem::path defaultOutputFolder(const std::filesystem::path& inputFolder) {
+  return inputFolder / "Tessaly Results";
+}
+
+std::filesystem::path standardized(const std::filesystem::path& folder) {
+  std::filesystem::path absolute = absolutePath(folder);
+  std::filesystem::path normal = lexicallyStandardized(folder);
+  std::error_code error;
+  const bool leadsElsewhere = std::filesystem::exists(absolute, error) && !isSameOnDisk(absolute, normal);
+  return leadsElsewhere ? absolute : normal;
+}
+
+bool isSameFolder(const std::filesystem::path& left, const std::filesystem::path& right) {
+  return lexicallyStandardized(left) == lexicallyStandardized(right) || isSameOnDisk(left, right);
+}
+
+}  // namespace tessaly
