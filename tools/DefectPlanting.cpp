@@ -1,0 +1,126 @@
+#include "tools/DefectPlanting.h"
+
+#include "tools/Deterministic.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace tessaly::tools {
+namespace {
+
+// Full columns are judged against 24 neighbours on each side and only this far from the edges.
+constexpr std::int64_t columnMargin = 130;
+constexpr std::int64_t columnDistance = 40;
+constexpr std::int64_t pixelMargin = 40;
+constexpr std::int64_t distance = 12;
+constexpr std::int64_t spotMargin = 24;
+
+/// Finds places that keep their distance from everything placed before.
+class Planter {
+ public:
+  explicit Planter(const SensorDescription& sensor) : sensor_(sensor), random_(combinedKey(sensor.seed, 0x504C4E54)) {}
+
+  void column(std::int64_t width) {
+    const std::int64_t x = freeColumn();
+    const double offset = random_.sign() * random_.between(0.008, 0.015);
+    defects_.lines.push_back({x, sensor_.activeY, lastRow(), width, offset});
+  }
+
+  void partialColumn() {
+    const std::int64_t x = freeColumn();
+    const std::int64_t height = sensor_.activeHeight;
+    const std::int64_t y = sensor_.activeY + random_.wholeBetween(height / 4, height * 6 / 10);
+    const double offset = random_.sign() * random_.between(0.004, 0.008);
+    defects_.lines.push_back({x, y, lastRow(), 1, offset});
+    defects_.pixels.push_back({x, y, PlantedPixel::Kind::hot, hotRate()});
+  }
+
+  void spot() {
+    const std::int64_t radiusX = random_.wholeBetween(4, 6);
+    const std::int64_t radiusY = random_.wholeBetween(4, 6);
+    const auto [x, y] = freePlace(spotMargin);
+    defects_.spots.push_back({x, y, radiusX, radiusY, random_.between(0.5, 0.65)});
+  }
+
+  void hotPixel() { pixel(PlantedPixel::Kind::hot, hotRate()); }
+  void deadPixel() { pixel(PlantedPixel::Kind::dead, random_.between(0, 0.3)); }
+  void stuckPixel() { pixel(PlantedPixel::Kind::stuck, random_.between(0.9, 1)); }
+
+  [[nodiscard]] PlantedDefects defects() const { return defects_; }
+
+ private:
+  static constexpr int attempts = 10000;
+
+  [[nodiscard]] std::int64_t lastRow() const { return sensor_.activeY + sensor_.activeHeight - 1; }
+
+  /// From faint to glaring in even ratios: 0.006 to 0.2 of the range a second.
+  double hotRate() {
+    const double doublings = random_.between(0, 5);
+    double rate = 0.006;
+    for (int i = 1; i <= static_cast<int>(doublings); ++i)
+      rate *= 2;
+    return rate * (1 + doublings - static_cast<double>(static_cast<int>(doublings)));
+  }
+
+  void pixel(PlantedPixel::Kind kind, double amount) {
+    const auto [x, y] = freePlace(pixelMargin);
+    defects_.pixels.push_back({x, y, kind, amount});
+  }
+
+  std::int64_t freeColumn() {
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+      const std::int64_t x =
+          sensor_.activeX + random_.wholeBetween(columnMargin, sensor_.activeWidth - 1 - columnMargin);
+      if (isFarFromLines(x, columnDistance)) return x;
+    }
+    throw std::runtime_error("No place for another column");
+  }
+
+  std::pair<std::int64_t, std::int64_t> freePlace(std::int64_t margin) {
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+      const std::int64_t x = sensor_.activeX + random_.wholeBetween(margin, sensor_.activeWidth - 1 - margin);
+      const std::int64_t y = sensor_.activeY + random_.wholeBetween(margin, sensor_.activeHeight - 1 - margin);
+      if (isFarFromLines(x, distance) && isFarFromPoints(x, y)) return {x, y};
+    }
+    throw std::runtime_error("No place for another defect");
+  }
+
+  [[nodiscard]] bool isFarFromLines(std::int64_t x, std::int64_t limit) const {
+    return std::none_of(defects_.lines.begin(), defects_.lines.end(), [x, limit](const PlantedLine& line) {
+      return x > line.x - limit && x < line.x + line.width + limit;
+    });
+  }
+
+  [[nodiscard]] bool isFarFromPoints(std::int64_t x, std::int64_t y) const {
+    const auto isNear = [x, y](const auto& defect) {
+      return std::abs(defect.x - x) < 2 * distance && std::abs(defect.y - y) < 2 * distance;
+    };
+    return std::none_of(defects_.pixels.begin(), defects_.pixels.end(), isNear) &&
+           std::none_of(defects_.spots.begin(), defects_.spots.end(), isNear);
+  }
+
+  const SensorDescription& sensor_;
+  Sequence random_;
+  PlantedDefects defects_;
+};
+
+}  // namespace
+
+PlantedDefects plantDefects(const SensorDescription& sensor, const DefectCounts& counts) {
+  Planter planter(sensor);
+  for (std::int64_t i = 0; i < counts.columns; ++i)
+    planter.column(i % 3 == 2 ? 2 : 1);
+  for (std::int64_t i = 0; i < counts.partialColumns; ++i)
+    planter.partialColumn();
+  for (std::int64_t i = 0; i < counts.spots; ++i)
+    planter.spot();
+  for (std::int64_t i = 0; i < counts.hotPixels; ++i)
+    planter.hotPixel();
+  for (std::int64_t i = 0; i < counts.deadPixels; ++i)
+    planter.deadPixel();
+  for (std::int64_t i = 0; i < counts.stuckPixels; ++i)
+    planter.stuckPixel();
+  return planter.defects();
+}
+
+}  // namespace tessaly::tools
