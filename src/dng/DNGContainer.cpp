@@ -1,0 +1,70 @@
+#include "dng/DNGContainer.h"
+
+#include "dng/DNGError.h"
+#include "dng/DirectoryWalk.h"
+#include "dng/TIFFTags.h"
+#include "dng/TIFFTypes.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+namespace tessaly {
+namespace {
+
+constexpr std::int64_t maximumDimension = 100'000;
+
+constexpr std::int64_t photometricBlackIsZero = 1;
+constexpr std::int64_t photometricCFA = 32803;
+constexpr std::int64_t photometricLinearRaw = 34892;
+
+}  // namespace
+
+DNGContainer::DNGContainer(const std::filesystem::path& url) : bytes_(url), directories_(walkDirectories(bytes_)) {
+  checkVersion();
+}
+
+void DNGContainer::checkVersion() const {
+  const TIFFField* const version = directories_.empty() ? nullptr : directories_[0].field(TIFFTag::dngVersion);
+  const bool present = version != nullptr && version->type == TIFFType::byte && version->count == 4;
+  if (!present) throw DNGError::invalid("Missing DNGVersion");
+  const std::vector<double> values = numbers(version);
+  if (values[0] != 1.0) throw DNGError::unsupported(fmt::format("DNGVersion [{:.1f}]", fmt::join(values, ", ")));
+}
+
+const TIFFDirectory& DNGContainer::rawDirectory() const {
+  const TIFFDirectory* chosen = nullptr;
+  std::vector<const TIFFDirectory*> candidates;
+  for (const TIFFDirectory& directory : directories_) {
+    if (isRawCandidate(directory)) candidates.push_back(&directory);
+  }
+  for (const TIFFDirectory* candidate : candidates) {
+    if (chosen == nullptr || isLarger(*candidate, *chosen)) chosen = candidate;
+  }
+  if (chosen == nullptr) throw DNGError::invalid("No main raw image IFD");
+  return *chosen;
+}
+
+bool DNGContainer::isRawCandidate(const TIFFDirectory& directory) const {
+  if (firstIntOrZero(directory, TIFFTag::newSubfileType) != 0) return false;
+  const std::int64_t photometric = firstIntOrZero(directory, TIFFTag::photometricInterpretation);
+  const bool isRaw =
+      photometric == photometricBlackIsZero || photometric == photometricCFA || photometric == photometricLinearRaw;
+  return isRaw && directory.field(TIFFTag::imageWidth) != nullptr && directory.field(TIFFTag::imageLength) != nullptr;
+}
+
+bool DNGContainer::isLarger(const TIFFDirectory& candidate, const TIFFDirectory& current) const {
+  const std::array<std::int64_t, 4> sides{
+      firstIntOrZero(current, TIFFTag::imageWidth), firstIntOrZero(current, TIFFTag::imageLength),
+      firstIntOrZero(candidate, TIFFTag::imageWidth), firstIntOrZero(candidate, TIFFTag::imageLength)};
+  const auto isDimension = [](std::int64_t side) { return side >= 1 && side <= maximumDimension; };
+  if (!std::all_of(sides.begin(), sides.end(), isDimension)) throw DNGError::invalid("Raw dimensions");
+  return sides[2] * sides[3] > sides[0] * sides[1];
+}
+
+std::int64_t DNGContainer::firstIntOrZero(const TIFFDirectory& directory, std::int64_t tag) const {
+  return firstInt(directory.field(tag)).value_or(0);
+}
+
+}  // namespace tessaly
