@@ -4,15 +4,15 @@
 // All coordinates are raw coordinates (see dng/DNGMetadata.h), masked border included.
 #pragma once
 
+#include "dng/DNGMetadata.h"
+#include "platform/Timestamp.h"
+#include "platform/UUID.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "dng/DNGMetadata.h"
-#include "platform/Timestamp.h"
-#include "platform/UUID.h"
 
 namespace tessaly {
 
@@ -65,7 +65,7 @@ struct CameraProfile {
   std::int64_t activeY = 0;
   std::int64_t activeWidth = 0;
   std::int64_t activeHeight = 0;
-  Timestamp createdAt;
+  Timestamp createdAt = currentTimestamp();
   std::vector<DefectPixel> pixels;
   std::vector<DefectLine> lines;
   std::optional<std::vector<DefectSpot>> spots;  ///< absent in profiles older than spots; absent counts as empty
