@@ -50,10 +50,10 @@ int FileSystem::clone(const FileRange& source, int target) {
   return ::ioctl(target, FICLONERANGE, &request);
 }
 
-ssize_t FileSystem::copyRange(const FileRange& source, int target) {
+ssize_t FileSystem::copyRange(const FileRange& source, int target, std::int64_t to) {
   off64_t from = source.offset;
-  off64_t to = source.offset;
-  return ::copy_file_range(source.descriptor, &from, target, &to, static_cast<std::size_t>(source.length), 0);
+  off64_t into = to;
+  return ::copy_file_range(source.descriptor, &from, target, &into, static_cast<std::size_t>(source.length), 0);
 }
 
 int FileSystem::setMode(int descriptor, mode_t mode) {

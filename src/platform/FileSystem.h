@@ -41,8 +41,8 @@ class FileSystem {
   /// Makes `target`, an empty file, share the data of `source` at the same offset, where the file system can.
   virtual int clone(const FileRange& source, int target);
 
-  /// Copies inside the system to the same offset of `target`; gives the number of bytes, 0 at the end of the source.
-  virtual ssize_t copyRange(const FileRange& source, int target);
+  /// Copies inside the system to offset `to` of `target`; gives the number of bytes, 0 at the end of the source.
+  virtual ssize_t copyRange(const FileRange& source, int target, std::int64_t to);
 
   virtual int setMode(int descriptor, mode_t mode);
 

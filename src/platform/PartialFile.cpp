@@ -49,26 +49,25 @@ bool PartialFile::cloneFrom(const InputFile& source) {
 }
 
 // Whatever the system refuses here, or leaves out, the caller copies by hand, where a real fault shows again.
-std::int64_t PartialFile::copyInside(const FileRange& range) {
+std::int64_t PartialFile::copyInside(const InputFile& source, const CopyRange& range) {
   std::int64_t done = 0;
   while (done < range.length) {
-    const FileRange rest{range.descriptor, range.offset + done, range.length - done};
-    const ssize_t copied = retryWhenInterrupted([&] { return system_.copyRange(rest, descriptor_); });
+    const FileRange rest{source.descriptor(), range.from + done, range.length - done};
+    const ssize_t copied = retryWhenInterrupted([&] { return system_.copyRange(rest, descriptor_, range.to + done); });
     if (copied <= 0) break;
     done += copied;
   }
   return done;
 }
 
-std::int64_t PartialFile::copyFrom(const InputFile& source, std::int64_t offset, std::int64_t length,
-                                   std::span<std::byte> buffer) {
+std::int64_t PartialFile::copyFrom(const InputFile& source, const CopyRange& range, std::span<std::byte> buffer) {
   assert(!buffer.empty());
-  std::int64_t done = copyInside({source.descriptor(), offset, length});
-  while (done < length) {
-    const auto wanted = std::min(length - done, static_cast<std::int64_t>(buffer.size()));
-    const std::size_t got = source.readAt(offset + done, buffer.first(static_cast<std::size_t>(wanted)));
+  std::int64_t done = copyInside(source, range);
+  while (done < range.length) {
+    const auto wanted = std::min(range.length - done, static_cast<std::int64_t>(buffer.size()));
+    const std::size_t got = source.readAt(range.from + done, buffer.first(static_cast<std::size_t>(wanted)));
     if (got == 0) break;
-    writeAt(offset + done, buffer.first(got));
+    writeAt(range.to + done, buffer.first(got));
     done += static_cast<std::int64_t>(got);
   }
   return done;

@@ -15,6 +15,15 @@
 
 namespace tessaly {
 
+/// `length` bytes that go from one offset of a file to an offset of another.
+struct CopyRange {
+  std::int64_t from = 0;
+  std::int64_t to = 0;
+  std::int64_t length = 0;
+
+  bool operator==(const CopyRange&) const = default;
+};
+
 /// The folder that a file stands in; of a bare name ".".
 [[nodiscard]] std::filesystem::path folderOf(const std::filesystem::path& file);
 
@@ -35,10 +44,9 @@ class PartialFile {
   /// Makes the file, empty so far, share all data of `source`; false where the file system cannot.
   [[nodiscard]] bool cloneFrom(const InputFile& source);
 
-  /// Copies bytes to the same offset, inside the system where it can, else in slices through `buffer` (not empty).
-  /// Gives the number of bytes copied: fewer than asked only when the source has become shorter.
-  [[nodiscard]] std::int64_t copyFrom(const InputFile& source, std::int64_t offset, std::int64_t length,
-                                      std::span<std::byte> buffer);
+  /// Copies bytes of `source`, inside the system where it can, else in slices through `buffer` (not empty). Gives the
+  /// number of bytes copied: fewer than asked only when the source has become shorter.
+  [[nodiscard]] std::int64_t copyFrom(const InputFile& source, const CopyRange& range, std::span<std::byte> buffer);
 
   /// Sets the permission bits, where the file system keeps any.
   void setMode(mode_t mode);
@@ -57,7 +65,7 @@ class PartialFile {
   void replace(const std::filesystem::path& destination);
 
  private:
-  [[nodiscard]] std::int64_t copyInside(const FileRange& range);
+  [[nodiscard]] std::int64_t copyInside(const InputFile& source, const CopyRange& range);
   void becameFinal(const std::filesystem::path& destination);
 
   FileSystem& system_;

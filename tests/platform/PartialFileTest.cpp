@@ -44,7 +44,7 @@ class PartialFileTest : public testing::Test {
 
   void drop() { file_.reset(); }
 
-  std::int64_t copyAll(const InputFile& source) { return partial().copyFrom(source, 0, source.size(), buffer); }
+  std::int64_t copyAll(const InputFile& source) { return partial().copyFrom(source, {0, 0, source.size()}, buffer); }
 
   tests::TemporaryFolder folder;
   tests::FailingFileSystem system;
@@ -108,12 +108,12 @@ TEST_F(PartialFileTest, DoesNotHangWhenWritesTakeNothing) {
   EXPECT_EQ(errorOf([this] { partial().writeAt(0, bytesIn("x")); }), EIO);
 }
 
-TEST_F(PartialFileTest, CopiesRangesToTheSameOffset) {
+TEST_F(PartialFileTest, CopiesRangesToAnyOffset) {
   writeText(folder / "source", "0123456789");
   const InputFile source(folder / "source");
-  EXPECT_EQ(partial().copyFrom(source, 7, 3, buffer), 3);
-  EXPECT_EQ(partial().copyFrom(source, 0, 2, buffer), 2);
-  EXPECT_EQ(readText(partial().path()), std::string("01\0\0\0\0\0", 7) + "789");
+  EXPECT_EQ(partial().copyFrom(source, {6, 5, 4}, buffer), 4);
+  EXPECT_EQ(partial().copyFrom(source, {0, 0, 2}, buffer), 2);
+  EXPECT_EQ(readText(partial().path()), std::string("01\0\0\0", 5) + "6789");
 }
 
 class RefusedCopy : public PartialFileTest, public testing::WithParamInterface<int> {};
@@ -121,8 +121,9 @@ class RefusedCopy : public PartialFileTest, public testing::WithParamInterface<i
 TEST_P(RefusedCopy, IsMadeByHandInSlices) {
   writeText(folder / "source", "0123456789");
   system.fail(Call::copyRange, GetParam());
-  EXPECT_EQ(copyAll(InputFile(folder / "source")), 10);
-  EXPECT_EQ(readText(partial().path()), "0123456789");
+  const InputFile source(folder / "source");
+  EXPECT_EQ(partial().copyFrom(source, {0, 2, 10}, buffer), 10);
+  EXPECT_EQ(readText(partial().path()), std::string("\0\0", 2) + "0123456789");
   EXPECT_EQ(system.count(Call::writeAt), 4);
 }
 

@@ -65,8 +65,8 @@ class FailingFileSystem final : public FileSystem {
     return fails(Call::clone, created_) ? -1 : FileSystem::clone(source, target);
   }
 
-  ssize_t copyRange(const FileRange& source, int target) override {
-    return fails(Call::copyRange, created_) ? -1 : FileSystem::copyRange(source, target);
+  ssize_t copyRange(const FileRange& source, int target, std::int64_t to) override {
+    return fails(Call::copyRange, created_) ? -1 : FileSystem::copyRange(source, target, to);
   }
 
   int setMode(int descriptor, mode_t mode) override {
