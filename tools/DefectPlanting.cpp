@@ -8,12 +8,14 @@
 namespace tessaly::tools {
 namespace {
 
-// Full columns are judged against 24 neighbours on each side and only this far from the edges.
-constexpr std::int64_t columnMargin = 130;
+// A column is compared with its neighbours up to six columns away, and with the columns up to 24 away. What is planted
+// keeps out of each other's columns, or the shadow of dust below a hot pixel would pass for a partial column.
+constexpr std::int64_t columnMargin = 130;  // nearer to the edges no column is judged
 constexpr std::int64_t columnDistance = 40;
 constexpr std::int64_t pixelMargin = 40;
-constexpr std::int64_t distance = 12;
+constexpr std::int64_t pixelDistance = 4;
 constexpr std::int64_t spotMargin = 24;
+constexpr std::int64_t spotDistance = 16;
 
 /// Finds places that keep their distance from everything placed before.
 class Planter {
@@ -22,7 +24,7 @@ class Planter {
 
   void column(std::int64_t width) {
     const std::int64_t x = freeColumn();
-    const double offset = random_.sign() * random_.between(0.008, 0.015);
+    const double offset = random_.sign() * random_.between(0.0045, 0.0065);
     defects_.lines.push_back({x, sensor_.activeY, lastRow(), width, offset});
   }
 
@@ -30,7 +32,7 @@ class Planter {
     const std::int64_t x = freeColumn();
     const std::int64_t height = sensor_.activeHeight;
     const std::int64_t y = sensor_.activeY + random_.wholeBetween(height / 4, height * 6 / 10);
-    const double offset = random_.sign() * random_.between(0.004, 0.008);
+    const double offset = random_.sign() * random_.between(0.004, 0.0065);
     defects_.lines.push_back({x, y, lastRow(), 1, offset});
     defects_.pixels.push_back({x, y, PlantedPixel::Kind::hot, hotRate()});
   }
@@ -38,7 +40,7 @@ class Planter {
   void spot() {
     const std::int64_t radiusX = random_.wholeBetween(4, 6);
     const std::int64_t radiusY = random_.wholeBetween(4, 6);
-    const auto [x, y] = freePlace(spotMargin);
+    const auto [x, y] = freePlace(spotMargin, spotDistance);
     defects_.spots.push_back({x, y, radiusX, radiusY, random_.between(0.5, 0.65)});
   }
 
@@ -63,7 +65,7 @@ class Planter {
   }
 
   void pixel(PlantedPixel::Kind kind, double amount) {
-    const auto [x, y] = freePlace(pixelMargin);
+    const auto [x, y] = freePlace(pixelMargin, pixelDistance);
     defects_.pixels.push_back({x, y, kind, amount});
   }
 
@@ -71,32 +73,28 @@ class Planter {
     for (int attempt = 0; attempt < attempts; ++attempt) {
       const std::int64_t x =
           sensor_.activeX + random_.wholeBetween(columnMargin, sensor_.activeWidth - 1 - columnMargin);
-      if (isFarFromLines(x, columnDistance)) return x;
+      if (isFree(x, columnDistance)) return x;
     }
     throw std::runtime_error("No place for another column");
   }
 
-  std::pair<std::int64_t, std::int64_t> freePlace(std::int64_t margin) {
+  std::pair<std::int64_t, std::int64_t> freePlace(std::int64_t margin, std::int64_t distance) {
     for (int attempt = 0; attempt < attempts; ++attempt) {
       const std::int64_t x = sensor_.activeX + random_.wholeBetween(margin, sensor_.activeWidth - 1 - margin);
       const std::int64_t y = sensor_.activeY + random_.wholeBetween(margin, sensor_.activeHeight - 1 - margin);
-      if (isFarFromLines(x, distance) && isFarFromPoints(x, y)) return {x, y};
+      if (isFree(x, distance)) return {x, y};
     }
     throw std::runtime_error("No place for another defect");
   }
 
-  [[nodiscard]] bool isFarFromLines(std::int64_t x, std::int64_t limit) const {
-    return std::none_of(defects_.lines.begin(), defects_.lines.end(), [x, limit](const PlantedLine& line) {
-      return x > line.x - limit && x < line.x + line.width + limit;
-    });
-  }
-
-  [[nodiscard]] bool isFarFromPoints(std::int64_t x, std::int64_t y) const {
-    const auto isNear = [x, y](const auto& defect) {
-      return std::abs(defect.x - x) < 2 * distance && std::abs(defect.y - y) < 2 * distance;
+  /// Whether no other defect has a column within the distance.
+  [[nodiscard]] bool isFree(std::int64_t x, std::int64_t distance) const {
+    const auto isNear = [x](const auto& defects, std::int64_t limit) {
+      return std::any_of(defects.begin(), defects.end(),
+                         [x, limit](const auto& defect) { return std::abs(defect.x - x) < limit; });
     };
-    return std::none_of(defects_.pixels.begin(), defects_.pixels.end(), isNear) &&
-           std::none_of(defects_.spots.begin(), defects_.spots.end(), isNear);
+    return !isNear(defects_.lines, std::max(distance, columnDistance / 3)) && !isNear(defects_.pixels, distance) &&
+           !isNear(defects_.spots, std::max(distance, spotDistance));
   }
 
   const SensorDescription& sensor_;

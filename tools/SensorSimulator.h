@@ -37,8 +37,8 @@ struct SensorDescription {
   std::int64_t black = 256;
   std::int64_t white = 4095;
   double readNoise = 1.5;                               ///< standard deviation in raw units
-  double electronsPerUnit = 12;                         ///< at ISO 100; photon noise follows from it
-  double responseSpread = 0.001;                        ///< standard deviation of the photosites' response
+  double electronsPerUnit = 16;                         ///< at ISO 100; photon noise follows from it
+  double responseSpread = 0.0003;                       ///< standard deviation of the photosites' response
   std::array<double, 3> sensitivity{0.60, 1.00, 0.75};  ///< red, green, blue
   std::uint64_t seed = 1;
 
