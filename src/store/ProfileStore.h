@@ -1,17 +1,40 @@
 // The user's camera profiles, one JSON file each in a per-user folder. No state besides the files.
+//
+// Stateless; safe from several threads and beside other processes: files appear and change as a whole. What the file
+// system refuses is thrown as std::system_error.
 #pragma once
-
-#include <filesystem>
-#include <stdexcept>
-#include <vector>
 
 #include "profile/CameraProfile.h"
 
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
 namespace tessaly {
 
-/// A profile file that cannot be imported; what() is the text for the user, in the interface's language.
+/// A profile that cannot be imported; what() is the text for the user, in the interface's language.
 class InvalidProfile final : public std::runtime_error {
-  using std::runtime_error::runtime_error;
+ public:
+  /// `reason`: what is wrong with the profile, in English.
+  explicit InvalidProfile(std::string reason);
+
+  [[nodiscard]] const std::string& reason() const { return reason_; }
+
+ private:
+  std::string reason_;
+};
+
+/// A file of the store that cannot be read as a profile; what() is its name, ": " and the reason.
+class UnreadableProfile final : public std::runtime_error {
+ public:
+  UnreadableProfile(const std::filesystem::path& file, std::string reason);
+
+  /// The decoder's or the system's words, in English.
+  [[nodiscard]] const std::string& reason() const { return reason_; }
+
+ private:
+  std::string reason_;
 };
 
 namespace ProfileStore {
@@ -19,17 +42,21 @@ namespace ProfileStore {
 /// The folder of the profiles; not created by asking.
 [[nodiscard]] std::filesystem::path directory();
 
+/// The file that a profile is kept in, whether or not it is there.
+[[nodiscard]] std::filesystem::path fileOf(const CameraProfile& profile);
+
 /// Writes the profile atomically to the file named after its id, over an earlier version of it. Returns that file.
 std::filesystem::path save(const CameraProfile& profile);
 
 /// All profiles, sorted by name in natural order, then by id, after copying those of an earlier version of the
-/// application. One file that cannot be read fails the whole call, with its name.
+/// application. One file that cannot be read fails the whole call: throws UnreadableProfile.
 [[nodiscard]] std::vector<CameraProfile> loadAll();
 
 /// Removes the profile's file; one that is missing is no error.
 void remove(const CameraProfile& profile);
 
-/// Reads, checks and saves a profile file under a new id, so that nothing is replaced. Throws InvalidProfile.
+/// Reads, checks and saves a profile file under a new id, so that nothing is replaced; returns the saved profile.
+/// Throws InvalidProfile for a file of 0 or more than 5,000,000 bytes, no profile, or values out of their limits.
 CameraProfile importProfile(const std::filesystem::path& url);
 
 /// Writes the profile's JSON form atomically to `url`, over an earlier file.

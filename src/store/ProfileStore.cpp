@@ -1,0 +1,113 @@
+#include "store/ProfileStore.h"
+
+#include "localization/Localization.h"
+#include "platform/AtomicFile.h"
+#include "platform/InputFile.h"
+#include "platform/NaturalOrder.h"
+#include "platform/Text.h"
+#include "preferences/UserFolders.h"
+#include "profile/CameraProfileJSON.h"
+#include "store/LegacyProfiles.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+namespace tessaly {
+
+namespace fs = std::filesystem;
+
+InvalidProfile::InvalidProfile(std::string reason)
+    : std::runtime_error(L("This profile is invalid or uses an unsupported version.")), reason_(std::move(reason)) {}
+
+UnreadableProfile::UnreadableProfile(const fs::path& file, std::string reason)
+    : std::runtime_error(displayName(file) + ": " + reason), reason_(std::move(reason)) {}
+
+namespace ProfileStore {
+namespace {
+
+constexpr std::int64_t smallestImport = 1;
+constexpr std::int64_t largestImport = 5'000'000;
+
+fs::path legacyDirectory() {
+  return applicationSupportFolder() / "Orvendel" / "Profiles";
+}
+
+CameraProfile loadStored(const fs::path& file) {
+  try {
+    return readProfile(file);
+  } catch (const std::exception& error) {
+    throw UnreadableProfile(file, exceptionMessage(error));
+  }
+}
+
+void sortByName(std::vector<CameraProfile>& profiles) {
+  const NaturalOrder order;
+  std::ranges::stable_sort(profiles, [&order](const CameraProfile& left, const CameraProfile& right) {
+    const int byName = order.compare(left.name, right.name);
+    return byName < 0 || (byName == 0 && left.id < right.id);
+  });
+}
+
+void requireImportSize(const fs::path& url) {
+  const InputFile file(url);
+  const bool fits = file.isRegular() && file.size() >= smallestImport && file.size() <= largestImport;
+  if (!fits) throw InvalidProfile("Profile file size");
+}
+
+CameraProfile decodeImported(const fs::path& url) {
+  try {
+    return readProfile(url);
+  } catch (const ProfileDecodingError& error) {
+    throw InvalidProfile(error.what());
+  }
+}
+
+}  // namespace
+
+fs::path directory() {
+  return applicationSupportFolder() / "Tessaly" / "Profiles";
+}
+
+fs::path fileOf(const CameraProfile& profile) {
+  return directory() / (profile.id.text() + ".json");
+}
+
+fs::path save(const CameraProfile& profile) {
+  const std::string json = encodeProfile(profile);
+  fs::create_directories(directory());
+  const fs::path file = fileOf(profile);
+  replaceFileAtomically(file, json);
+  return file;
+}
+
+std::vector<CameraProfile> loadAll() {
+  copyLegacyProfiles(legacyDirectory(), directory());
+  fs::create_directories(directory());
+  std::vector<CameraProfile> profiles;
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory())) {
+    if (isProfileFileName(entry.path().filename())) profiles.push_back(loadStored(entry.path()));
+  }
+  sortByName(profiles);
+  return profiles;
+}
+
+void remove(const CameraProfile& profile) {
+  fs::remove(fileOf(profile));
+}
+
+CameraProfile importProfile(const fs::path& url) {
+  requireImportSize(url);
+  CameraProfile profile = decodeImported(url);
+  validateImported(profile);
+  profile.id = UUID::random();
+  save(profile);
+  return profile;
+}
+
+void exportProfile(const CameraProfile& profile, const fs::path& url) {
+  replaceFileAtomically(url, encodeProfile(profile));
+}
+
+}  // namespace ProfileStore
+}  // namespace tessaly
