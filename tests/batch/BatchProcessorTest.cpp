@@ -3,6 +3,7 @@
 #include "batch/BatchProcessor.h"
 #include "dng/DNGError.h"
 #include "localization/Localization.h"
+#include "support/OrdinaryUser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -164,6 +165,45 @@ TEST(BatchProcessor, ReportsAnOutputFolderThatCannotBeMade) {
   EXPECT_EQ(run(pretending(), folders, withLog), failureOfWhole("Not a directory"));
   folders.output /= "inside";
   EXPECT_EQ(run(pretending(), folders, withLog), failureOfWhole("Not a directory"));
+}
+
+/// Runs a batch as a user who may not do everything and compares its summary there.
+bool ordinaryUserGets(const BatchSummary& expected, const BatchFolders& folders) {
+  std::filesystem::permissions(folders.folder.path(), std::filesystem::perms::all);
+  return tests::asOrdinaryUser([&] { return run(pretending(), folders) == expected ? 0 : 1; }) == 0;
+}
+
+TEST(BatchProcessor, ReportsFoldersWithoutPermission) {
+  using std::filesystem::perms;
+  const BatchFolders folders({"a.dng"});
+  std::filesystem::permissions(folders.input, perms::none);
+  EXPECT_TRUE(ordinaryUserGets(failureOfWhole("Permission denied"), folders));
+  std::filesystem::permissions(folders.input, perms::all);
+  EXPECT_TRUE(ordinaryUserGets(succeeded(1), folders));
+}
+
+TEST(BatchProcessor, ReportsAnOutputFolderThatMayNotBeMade) {
+  using std::filesystem::perms;
+  BatchFolders folders({"a.dng"});
+  folders.makeOutput({});
+  std::filesystem::permissions(folders.output, perms::owner_all | perms::others_read | perms::others_exec);
+  folders.output /= "new";
+  EXPECT_TRUE(ordinaryUserGets(failureOfWhole("Permission denied"), folders));
+}
+
+TEST(BatchProcessor, TakesEveryNameForFreeWhereTheOutputFolderCannotBeListed) {
+  using std::filesystem::perms;
+  const BatchFolders folders({"a.dng", "b.dng"});
+  folders.makeOutput({"a.dng"});
+  std::filesystem::permissions(folders.output, perms::owner_all | perms::others_write | perms::others_exec);
+  std::filesystem::permissions(folders.folder.path(), perms::all);
+  // The repair itself refuses the name that is taken after all.
+  EXPECT_EQ(tests::asOrdinaryUser([&] {
+              const BatchSummary summary = run(pretending(), folders);
+              return summary.succeeded == 1 && summary.failed == 1 && summary.skipped == 0 ? 0 : 1;
+            }),
+            0);
+  EXPECT_EQ(readText(folders.output / "a.dng"), "earlier");
 }
 
 TEST(BatchProcessor, IsNotCancelledWhenTheWholeBatchFails) {

@@ -2,10 +2,11 @@
 #include "localization/Localization.h"
 #include "preferences/AppPreferences.h"
 #include "support/FileBytes.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <stdlib.h>
 
 #include <string>
 #include <system_error>
@@ -78,12 +79,19 @@ TEST_F(OutputFolderAccessTest, NeedsPermissionWhenTheFolderIsGoneOrNone) {
 }
 
 TEST_F(OutputFolderAccessTest, NeedsPermissionWhenTheFolderCannotBeWritten) {
-  if (::geteuid() == 0) GTEST_SKIP() << "the superuser may write everywhere";
-  OutputFolderAccess::save(folder.path());
-  std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-  const std::string seen = refusal();
-  std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
-  EXPECT_EQ(seen, permissionText);
+  using std::filesystem::perms;
+  const std::filesystem::path locked = folder / "locked";
+  const std::filesystem::path open = folder / "open";
+  std::filesystem::create_directory(locked);
+  std::filesystem::create_directory(open);
+  std::filesystem::permissions(locked, perms::owner_read | perms::owner_exec | perms::others_read | perms::others_exec);
+  std::filesystem::permissions(open, perms::all);
+  for (const std::filesystem::path& way : {folder.path(), std::filesystem::path(::getenv("TESSALY_HOME"))})
+    std::filesystem::permissions(way, perms::others_read | perms::others_exec, std::filesystem::perm_options::add);
+  OutputFolderAccess::save(locked);
+  EXPECT_EQ(tests::asOrdinaryUser([] { return refusal() == permissionText ? 0 : 1; }), 0);
+  OutputFolderAccess::save(open);
+  EXPECT_EQ(tests::asOrdinaryUser([&] { return refusal() == "resolved " + open.native() ? 0 : 1; }), 0);
 }
 
 TEST_F(OutputFolderAccessTest, AsksForPermissionInTheInterfacesLanguage) {
