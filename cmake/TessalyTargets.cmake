@@ -35,6 +35,11 @@ function(tessaly_hot name)
   target_compile_options(${name} PRIVATE "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")
 endfunction()
 
+# tessaly_user_program(TARGET): a program that people start by hand; it is placed at the top of the build folder.
+function(tessaly_user_program name)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}")
+endfunction()
+
 # tessaly_test(NAME SOURCES…): a GoogleTest program whose cases ctest lists one by one.
 function(tessaly_test name)
   add_executable(${name} ${ARGN})

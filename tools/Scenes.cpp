@@ -107,9 +107,9 @@ Scene flatField(std::int64_t width, std::int64_t height, double level) {
 
 std::vector<NamedScene> photographs(std::int64_t width, std::int64_t height) {
   const Frame frame = frameOf(width, height);
-  return {{"Evening sky", evening(frame)}, {"Studio paper", studio(frame)},
-          {"Water", water(frame)},         {"Fabric", fabric()},
-          {"Houses", houses(frame)},       {"Foliage", foliage()}};
+  return {{"evening-sky", evening(frame)}, {"studio-paper", studio(frame)},
+          {"water", water(frame)},         {"fabric", fabric()},
+          {"houses", houses(frame)},       {"foliage", foliage()}};
 }
 
 }  // namespace tessaly::tools

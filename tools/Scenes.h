@@ -13,7 +13,7 @@ namespace tessaly::tools {
 using Scene = std::function<double(std::int64_t x, std::int64_t y, int colour)>;
 
 struct NamedScene {
-  std::string name;
+  std::string name;  ///< fit for a file name
   Scene scene;
 };
 

@@ -1,0 +1,77 @@
+#include "tools/SampleSet.h"
+
+#include "profile/CameraProfileJSON.h"
+#include "tools/DefectPlanting.h"
+#include "tools/SampleCamera.h"
+#include "tools/TruthProfile.h"
+
+#include <cstddef>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaly::tools {
+namespace {
+
+// A set made by another version of this program may have other file names, which would stay between the new ones; so
+// the number grows with every change of what is written.
+constexpr std::string_view markerLine = "Tessaly sample set 1";
+
+constexpr std::string_view explanation = R"(
+
+calibration/  frames of an evenly lit wall and frames with the lens cap on, at three exposures each
+photographs/  photographs by the same simulated camera, with the same defects
+undamaged/    the same photographs as a sensor without defects would have taken them
+truth.json    the defects that were planted, as a camera profile
+)";
+
+bool isSampleSet(const SampleSetFolders& set) {
+  std::ifstream file(set.marker, std::ios::binary);
+  std::string line;
+  return std::getline(file, line) && line == markerLine;
+}
+
+void writeText(const std::filesystem::path& path, std::string_view text) {
+  const auto* bytes = reinterpret_cast<const std::byte*>(text.data());
+  writeBytes(path, {bytes, bytes + text.size()});
+}
+
+/// The marker comes first, so that a set whose writing was interrupted can be written again.
+void prepare(const std::filesystem::path& folder, const SampleSetFolders& set) {
+  std::filesystem::create_directories(folder);
+  if (!std::filesystem::is_empty(folder) && !isSampleSet(set)) {
+    throw SampleSetError("The folder " + folder.string() + " is not empty and no sample set of this version.");
+  }
+  writeText(set.marker, std::string(markerLine).append(explanation));
+  for (const auto& subfolder : {set.calibration, set.photographs, set.undamaged}) {
+    std::filesystem::create_directories(subfolder);
+  }
+}
+
+void writeFrame(const std::filesystem::path& folder, const SensorSimulator& sensor, const PlannedFrame& frame,
+                Condition condition) {
+  const std::filesystem::path path = folder / (frame.name + ".dng");
+  sensor.file(frame.exposure, sensor.render(frame.scene, frame.exposure, frame.number, condition)).write(path);
+}
+
+}  // namespace
+
+void writeSampleSet(const std::filesystem::path& folder, std::uint64_t seed) {
+  const SampleSetFolders set(folder);
+  prepare(folder, set);
+  SensorDescription description;
+  description.seed = seed;
+  const PlantedDefects defects = plantDefects(description, {});
+  const SensorSimulator sensor(description, defects);
+  writeText(set.truth, encodeProfile(truthProfile(description, defects)));
+  for (const PlannedFrame& frame : calibrationFrames(description)) {
+    writeFrame(set.calibration, sensor, frame, Condition::damaged);
+  }
+  for (const PlannedFrame& frame : photographFrames(description)) {
+    writeFrame(set.photographs, sensor, frame, Condition::damaged);
+    writeFrame(set.undamaged, sensor, frame, Condition::undamaged);
+  }
+}
+
+}  // namespace tessaly::tools
