@@ -2,6 +2,8 @@
 
 #include "dng/DNGError.h"
 #include "dng/DirectoryWalk.h"
+#include "dng/Photometric.h"
+#include "dng/RawLimits.h"
 #include "dng/TIFFTags.h"
 #include "dng/TIFFTypes.h"
 
@@ -13,11 +15,10 @@
 namespace tessaly {
 namespace {
 
-constexpr std::int64_t maximumDimension = 100'000;
-
-constexpr std::int64_t photometricBlackIsZero = 1;
-constexpr std::int64_t photometricCFA = 32803;
-constexpr std::int64_t photometricLinearRaw = 34892;
+bool isRawImage(std::int64_t photometric) {
+  return photometric == Photometric::blackIsZero || photometric == Photometric::cfa ||
+         photometric == Photometric::linearRaw;
+}
 
 }  // namespace
 
@@ -48,18 +49,15 @@ const TIFFDirectory& DNGContainer::rawDirectory() const {
 
 bool DNGContainer::isRawCandidate(const TIFFDirectory& directory) const {
   if (firstIntOrZero(directory, TIFFTag::newSubfileType) != 0) return false;
-  const std::int64_t photometric = firstIntOrZero(directory, TIFFTag::photometricInterpretation);
-  const bool isRaw =
-      photometric == photometricBlackIsZero || photometric == photometricCFA || photometric == photometricLinearRaw;
-  return isRaw && directory.field(TIFFTag::imageWidth) != nullptr && directory.field(TIFFTag::imageLength) != nullptr;
+  if (!isRawImage(firstIntOrZero(directory, TIFFTag::photometricInterpretation))) return false;
+  return directory.field(TIFFTag::imageWidth) != nullptr && directory.field(TIFFTag::imageLength) != nullptr;
 }
 
 bool DNGContainer::isLarger(const TIFFDirectory& candidate, const TIFFDirectory& current) const {
   const std::array<std::int64_t, 4> sides{
       firstIntOrZero(current, TIFFTag::imageWidth), firstIntOrZero(current, TIFFTag::imageLength),
       firstIntOrZero(candidate, TIFFTag::imageWidth), firstIntOrZero(candidate, TIFFTag::imageLength)};
-  const auto isDimension = [](std::int64_t side) { return side >= 1 && side <= maximumDimension; };
-  if (!std::all_of(sides.begin(), sides.end(), isDimension)) throw DNGError::invalid("Raw dimensions");
+  if (!std::all_of(sides.begin(), sides.end(), isRawSide)) throw DNGError::invalid("Raw dimensions");
   return sides[2] * sides[3] > sides[0] * sides[1];
 }
 

@@ -1,0 +1,118 @@
+#include "dng/DNGReader.h"
+
+#include "dng/DNGContainer.h"
+#include "dng/DNGError.h"
+#include "dng/MetadataReader.h"
+#include "dng/RawPixelCodec.h"
+#include "dng/RawPlaneSource.h"
+#include "platform/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace tessaly::DNGReader {
+namespace {
+
+constexpr std::array<std::string_view, 23> proprietaryExtensions{"nef", "nrw", "cr2", "cr3", "crw", "orf", "arw", "srw",
+                                                                 "raf", "rw2", "pef", "3fr", "fff", "iiq", "rwl", "mos",
+                                                                 "x3f", "sr2", "srf", "erf", "kdc", "dcr", "raw"};
+
+// Runs one reading step for a file; whatever it throws leaves with the file's name.
+template <typename Step>
+auto inContext(const std::filesystem::path& url, Step step) {
+  try {
+    return step();
+  } catch (const std::exception& error) {
+    throw DNGError::contextualize(error, url);
+  }
+}
+
+void requireOpenFormat(const std::filesystem::path& url) {
+  if (isProprietaryExtension(lowerCasedExtension(url))) throw DNGError::unsupported("Proprietary RAW");
+}
+
+DNGContainer openContainer(const std::filesystem::path& url) {
+  requireOpenFormat(url);
+  return DNGContainer(url);
+}
+
+// The file may have been replaced since `earlier` was read.
+void requireSameImage(const DNGMetadata& earlier, const DNGMetadata& fresh) {
+  const bool same = earlier.rawWidth == fresh.rawWidth && earlier.rawHeight == fresh.rawHeight &&
+                    earlier.cameraSerial == fresh.cameraSerial && earlier.cfaLayout == fresh.cfaLayout;
+  if (!same) throw DNGError::invalid("Raw plane geometry/body changed");
+}
+
+void requireSupported(const DNGMetadata& metadata) {
+  if (const auto reason = supportReason(metadata)) throw DNGError::unsupported(*reason);
+}
+
+// Up to `rawByteCount` bytes from `rawOffset` on; like any read, fewer where the file ends.
+std::vector<std::byte> readBlock(const InputFile& file, const DNGMetadata& metadata) {
+  const auto size = static_cast<std::uint64_t>(file.size());
+  if (metadata.rawOffset >= size || metadata.rawByteCount <= 0) return {};
+  const std::uint64_t length = std::min(static_cast<std::uint64_t>(metadata.rawByteCount), size - metadata.rawOffset);
+  std::vector<std::byte> block(length);
+  block.resize(file.readAt(static_cast<std::int64_t>(metadata.rawOffset), block));
+  return block;
+}
+
+void readSamples(const DNGContainer& container, const DNGMetadata& metadata, RawSamples& samples) {
+  const DNGMetadata fresh = parseMetadata(container);
+  requireSameImage(metadata, fresh);
+  requireSupported(fresh);
+  if (!metadata.sourceEncoding) {  // a record that was stored without one
+    samples = RawPixelCodec::decode(readBlock(container.file(), metadata), metadata.pixelCount(), metadata.packing);
+    return;
+  }
+  samples.clear();  // so that growing copies nothing
+  samples.resize(static_cast<std::size_t>(fresh.pixelCount()));
+  RawPlaneSource(container.file(), fresh).readInto(samples);
+}
+
+}  // namespace
+
+bool isProprietaryExtension(const std::string& lowerCaseExtension) {
+  return std::find(proprietaryExtensions.begin(), proprietaryExtensions.end(), lowerCaseExtension) !=
+         proprietaryExtensions.end();
+}
+
+std::optional<std::string> supportReason(const DNGMetadata& metadata) {
+  switch (metadata.compression) {
+    case 1:
+      return std::nullopt;
+    case 7:
+      return "Compressed (lossless JPEG) DNG is not supported yet";
+    case 34892:
+      return "Lossy JPEG DNG is not supported";
+    case 52546:
+      return "JPEG XL DNG is not supported";
+    default:
+      return fmt::format("DNG compression {} is not supported", metadata.compression);
+  }
+}
+
+DNGMetadata readMetadata(const std::filesystem::path& url) {
+  return inContext(url, [&] { return parseMetadata(openContainer(url)); });
+}
+
+void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, RawSamples& samples) {
+  inContext(url, [&] { readSamples(openContainer(url), metadata, samples); });
+}
+
+RawSamples readRaw(const std::filesystem::path& url, const DNGMetadata& metadata) {
+  RawSamples samples;
+  readRaw(url, metadata, samples);
+  return samples;
+}
+
+RawPlane readPlane(const std::filesystem::path& url) {
+  RawPlane plane{readMetadata(url), {}};
+  readRaw(url, plane.metadata, plane.samples);
+  return plane;
+}
+
+}  // namespace tessaly::DNGReader

@@ -1,0 +1,87 @@
+#include "dng/RawPlaneSource.h"
+
+#include "dng/Linearization.h"
+#include "dng/SampleFormat.h"
+#include "dng/SampleUnpacker.h"
+#include "dng/SegmentLayout.h"
+#include "dng/StoredRows.h"
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+
+namespace tessaly {
+namespace {
+
+// Whether stored bytes are samples in memory already.
+bool isNative(const SampleFormat& format) {
+  return format.bits == 16 && format.littleEndian && !format.reversedBytes &&
+         std::endian::native == std::endian::little;
+}
+
+std::span<std::uint16_t> part(std::span<std::uint16_t> plane, const SampleRun& run, std::int64_t rawWidth) {
+  return plane.subspan(static_cast<std::size_t>(run.row * rawWidth + run.column), static_cast<std::size_t>(run.count));
+}
+
+std::span<const std::uint16_t> part(std::span<const std::uint16_t> plane, const SampleRun& run, std::int64_t rawWidth) {
+  return plane.subspan(static_cast<std::size_t>(run.row * rawWidth + run.column), static_cast<std::size_t>(run.count));
+}
+
+// Strips of native samples are as wide as the plane: each is read straight to its place, without a copy in between.
+void readNativeStrips(const InputFile& file, const DNGMetadata& metadata, std::span<std::uint16_t> plane) {
+  const DNGSourceEncoding& encoding = *metadata.sourceEncoding;
+  const SegmentLayout layout = SegmentLayout::of(metadata);
+  for (std::int64_t index = 0; index < layout.count(); ++index) {
+    checkSegment(file, encoding, layout, index);
+    const Segment strip = layout.segment(index);
+    const auto samples = part(plane, {strip.y, 0, strip.rows * metadata.rawWidth}, metadata.rawWidth);
+    const std::span<std::byte> bytes = std::as_writable_bytes(samples);
+    const std::size_t got = file.readAt(encoding.offsets[static_cast<std::size_t>(index)], bytes);
+    if (got < bytes.size()) throwSegmentTruncated(index);
+    linearize(encoding.linearization, samples);
+  }
+}
+
+}  // namespace
+
+void RawPlaneSource::readInto(std::span<std::uint16_t> plane) const {
+  assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
+  const SampleFormat format = SampleFormat::of(metadata_);
+  const DNGSourceEncoding& encoding = *metadata_.sourceEncoding;
+  if (isNative(format) && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
+  forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
+    const std::span<std::uint16_t> samples = part(plane, run, metadata_.rawWidth);
+    unpackSamples(format, bytes, samples);
+    linearize(encoding.linearization, samples);
+  });
+}
+
+void RawPlaneSource::forEachRun(const RunVisitor& visit) const {
+  RawSamples linear;
+  forEachStoredRun([&](const SampleRun& run, std::span<const std::uint16_t> codes) {
+    linear.assign(codes.begin(), codes.end());
+    linearize(metadata_.sourceEncoding->linearization, linear);
+    visit(run, linear);
+  });
+}
+
+void RawPlaneSource::forEachStoredRun(const RunVisitor& visit) const {
+  const SampleFormat format = SampleFormat::of(metadata_);
+  RawSamples codes;
+  forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
+    codes.resize(static_cast<std::size_t>(run.count));
+    unpackSamples(format, bytes, codes);
+    visit(run, codes);
+  });
+}
+
+bool RawPlaneSource::matches(std::span<const std::uint16_t> plane) const {
+  assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
+  bool equal = true;
+  forEachRun([&](const SampleRun& run, std::span<const std::uint16_t> samples) {
+    equal = equal && std::ranges::equal(samples, part(plane, run, metadata_.rawWidth));
+  });
+  return equal;
+}
+
+}  // namespace tessaly
