@@ -1,51 +1,38 @@
-// What the user reads while a batch runs and when it has ended, in the interface's language; shared by window and
-// command line. Pure functions apart from reading the language; safe from any thread.
+// The texts of a batch: its lines while it runs and what it says when it has ended, shared by window and command line.
+//
+// Pure apart from reading the interface's language; safe from any thread.
 #pragma once
 
 #include "batch/BatchRecords.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 
-namespace tessaly {
+namespace tessaly::BatchTexts {
 
-namespace BatchTexts {
+/// The status while a batch runs.
+[[nodiscard]] std::string progress(const BatchProgress& progress);
 
-/// The status line while files are being repaired: "12/40  Success 11  Failed 1  Skipped 0  L1000123.DNG".
-[[nodiscard]] std::string progressLine(const BatchProgress& progress);
+/// The status when it has ended.
+[[nodiscard]] std::string completion(const BatchSummary& summary);
 
-/// The status line of a batch that has ended: "Complete: 38 succeeded, 1 failed, 1 skipped", " (Cancelled)" behind it
-/// after a stop request.
-[[nodiscard]] std::string statusLine(const BatchSummary& summary);
+/// The alert when it has ended, with the first failures and the log.
+[[nodiscard]] std::string alert(const BatchSummary& summary);
 
-/// The text of the final alert, with the first five failures.
-[[nodiscard]] std::string alertText(const BatchSummary& summary);
-
-/// Whether the final alert is a warning: a file failed or the log could not be written.
+/// Whether that alert is a warning rather than a piece of information.
 [[nodiscard]] bool isWarning(const BatchSummary& summary);
 
-/// Whether there is something to look at: a file was repaired or skipped and the output folder exists.
-[[nodiscard]] bool canOpenResults(const BatchSummary& summary, const std::filesystem::path& outputFolder);
+/// The message of a failure as it is shown: that of a whole batch is kept in English.
+[[nodiscard]] std::string message(const BatchFailure& failure);
 
-}  // namespace BatchTexts
+/// How many candidate files a chosen folder holds.
+[[nodiscard]] std::string foundFiles(std::int64_t count);
 
-/// What the status line and the progress bar of a running batch show. Snapshots may come in any order: one that comes
-/// late never moves the display back, and after a stop request the status no longer changes. For one thread.
-class BatchProgressDisplay {
- public:
-  /// Whether the display has changed.
-  bool show(const BatchProgress& progress);
-  void stopRequested() { stopping_ = true; }
+/// Where copies go when no folder was chosen; an empty `inputFolder` means that none is known yet.
+[[nodiscard]] std::string defaultOutput(const std::filesystem::path& inputFolder);
 
-  [[nodiscard]] std::string status() const;
-  [[nodiscard]] std::int64_t barValue() const;
-  [[nodiscard]] std::int64_t barMaximum() const;  ///< at least 1
+/// When the results cannot be shown.
+[[nodiscard]] std::string cannotOpen(const std::filesystem::path& outputFolder);
 
- private:
-  std::optional<BatchProgress> latest_;
-  bool stopping_ = false;
-};
-
-}  // namespace tessaly
+}  // namespace tessaly::BatchTexts

@@ -1,177 +1,128 @@
 #include "localization/Localization.h"
 #include "presentation/BatchTexts.h"
-#include "support/FileBytes.h"
-#include "support/TemporaryFolder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <string>
 
 namespace tessaly {
 namespace {
 
-using tests::TemporaryFolder;
+class BatchTextsTest : public testing::Test {
+ protected:
+  void SetUp() override { speak(AppLanguage::english); }
+  void TearDown() override { Localization::setLanguageOverride(std::nullopt); }
 
-/// Shows every text in one language until it goes away.
-class InLanguage {
- public:
-  explicit InLanguage(AppLanguage language) { Localization::setLanguageOverride(language); }
-  InLanguage(const InLanguage&) = delete;
-  InLanguage& operator=(const InLanguage&) = delete;
-  ~InLanguage() { Localization::setLanguageOverride(AppLanguage::english); }
+  static void speak(AppLanguage language) { Localization::setLanguageOverride(language); }
+
+  static BatchSummary summaryWithFailures(int count) {
+    BatchSummary summary;
+    summary.total = summary.failed = count;
+    for (int i = 1; i <= count; ++i)
+      summary.failures.push_back({"L" + std::to_string(i) + ".DNG", "L" + std::to_string(i) + ".DNG: broken"});
+    return summary;
+  }
 };
 
-BatchProgress snapshot(std::int64_t completed, const std::string& name) {
-  BatchProgress progress;
-  progress.total = 40;
-  progress.completed = completed;
-  progress.succeeded = completed - 1;
-  progress.failed = 1;
-  progress.currentFilename = name;
-  return progress;
+TEST_F(BatchTextsTest, SayHowFarABatchIsWithTwoBlanksBetweenTheGroups) {
+  const BatchProgress progress{10, 3, 1, 2, 0, "L1000123.DNG"};
+  EXPECT_EQ(BatchTexts::progress(progress), "3/10  Success 1  Failed 2  Skipped 0  L1000123.DNG");
+  speak(AppLanguage::chinese);
+  EXPECT_EQ(BatchTexts::progress(progress), "3/10  成功 1  失败 2  跳过 0  L1000123.DNG");
+  speak(AppLanguage::french);
+  EXPECT_EQ(BatchTexts::progress(progress), "3/10  Réussis 1  Échecs 2  Ignorés 0  L1000123.DNG");
 }
 
-BatchSummary summaryOf(std::int64_t succeeded, std::int64_t failed, std::int64_t skipped) {
+TEST_F(BatchTextsTest, TakeAFileNameAsItIs) {
+  EXPECT_EQ(BatchTexts::progress({1, 1, 1, 0, 0, "100%d %@.dng"}), "1/1  Success 1  Failed 0  Skipped 0  100%d %@.dng");
+}
+
+TEST_F(BatchTextsTest, SayHowABatchEnded) {
   BatchSummary summary;
-  summary.total = succeeded + failed + skipped;
-  summary.succeeded = succeeded;
-  summary.failed = failed;
-  summary.skipped = skipped;
-  for (std::int64_t number = 1; number <= failed; ++number)
-    summary.failures.push_back({"f" + std::to_string(number) + ".dng", "message " + std::to_string(number)});
-  return summary;
-}
-
-TEST(BatchTexts, ShowProgressWithTwoSpacesBetweenTheGroups) {
-  EXPECT_EQ(BatchTexts::progressLine(snapshot(12, "L1000123.DNG")),
-            "12/40  Success 11  Failed 1  Skipped 0  L1000123.DNG");
-  const InLanguage chinese(AppLanguage::chinese);
-  EXPECT_EQ(BatchTexts::progressLine(snapshot(12, "L1000123.DNG")), "12/40  成功 11  失败 1  跳过 0  L1000123.DNG");
-}
-
-TEST(BatchTexts, NeverExpandAFileName) {
-  EXPECT_EQ(BatchTexts::progressLine(snapshot(1, "%d%@%%.dng")), "1/40  Success 0  Failed 1  Skipped 0  %d%@%%.dng");
-}
-
-TEST(BatchTexts, EndTheStatusWithTheCounts) {
-  EXPECT_EQ(BatchTexts::statusLine(summaryOf(38, 1, 2)), "Complete: 38 succeeded, 1 failed, 2 skipped");
-}
-
-TEST(BatchTexts, SayThatABatchWasCancelled) {
-  BatchSummary summary = summaryOf(0, 0, 0);
+  summary.succeeded = 8;
+  summary.failed = 1;
+  summary.skipped = 2;
+  EXPECT_EQ(BatchTexts::completion(summary), "Complete: 8 succeeded, 1 failed, 2 skipped");
   summary.cancelled = true;
-  EXPECT_EQ(BatchTexts::statusLine(summary), "Complete: 0 succeeded, 0 failed, 0 skipped (Cancelled)");
-  EXPECT_EQ(BatchTexts::alertText(summary),
-            "Processing complete (Cancelled)\n\nSuccess: 0\nFailed: 0\nSkipped: 0\n\nLog: No log generated");
-  const InLanguage french(AppLanguage::french);
-  EXPECT_EQ(BatchTexts::statusLine(summary), "Terminé : 0 réussis, 0 échecs, 0 ignorés (Annulé)");
+  EXPECT_EQ(BatchTexts::completion(summary), "Complete: 8 succeeded, 1 failed, 2 skipped (Cancelled)");
+  speak(AppLanguage::french);
+  EXPECT_EQ(BatchTexts::completion(summary), "Terminé : 8 réussis, 1 échecs, 2 ignorés (Annulé)");
+  speak(AppLanguage::chinese);
+  EXPECT_EQ(BatchTexts::completion(summary), "完成：成功 8，失败 1，跳过 2 (已取消)");
 }
 
-TEST(BatchTexts, NameTheLogInTheAlert) {
-  BatchSummary summary = summaryOf(38, 0, 2);
+TEST_F(BatchTextsTest, AlertOfASuccessNamesTheLog) {
+  BatchSummary summary;
+  summary.total = summary.succeeded = 2;
   summary.logURL = "/out/Repair Log-2026-11-15T20-23-12Z.csv";
-  EXPECT_EQ(BatchTexts::alertText(summary),
-            "Processing complete\n\nSuccess: 38\nFailed: 0\nSkipped: 2\n\nLog: /out/Repair "
-            "Log-2026-11-15T20-23-12Z.csv");
+  EXPECT_EQ(BatchTexts::alert(summary),
+            "Processing complete\n\nSuccess: 2\nFailed: 0\nSkipped: 0\n\n"
+            "Log: /out/Repair Log-2026-11-15T20-23-12Z.csv");
+  EXPECT_FALSE(BatchTexts::isWarning(summary));
 }
 
-TEST(BatchTexts, ListTheFirstFiveFailures) {
-  EXPECT_EQ(BatchTexts::alertText(summaryOf(0, 7, 0)),
-            "Processing complete\n\nSuccess: 0\nFailed: 7\nSkipped: 0\n\nDetails:\nf1.dng: message 1\nf2.dng: message "
-            "2\nf3.dng: message 3\nf4.dng: message 4\nf5.dng: message 5\n\nLog: No log generated");
-}
-
-TEST(BatchTexts, ListExactlyFiveFailuresAndASingleOne) {
-  EXPECT_NE(BatchTexts::alertText(summaryOf(0, 5, 0)).find("\nf5.dng: message 5\n\nLog: "), std::string::npos);
-  EXPECT_NE(BatchTexts::alertText(summaryOf(0, 1, 0)).find("\n\nDetails:\nf1.dng: message 1\n\nLog: "),
-            std::string::npos);
-}
-
-TEST(BatchTexts, ShowAFailureOfTheWholeBatchAsItsMessageAloneInTheInterfacesLanguage) {
+TEST_F(BatchTextsTest, AlertWithoutALogSaysSo) {
   BatchSummary summary;
-  summary.failed = 1;
-  summary.failures = {{"", "Input and output folders cannot be the same"}};
-  EXPECT_EQ(BatchTexts::alertText(summary),
-            "Processing complete\n\nSuccess: 0\nFailed: 1\nSkipped: 0\n\nDetails:\nInput and output folders cannot be "
-            "the same\n\nLog: No log generated");
-  const InLanguage chinese(AppLanguage::chinese);
-  EXPECT_EQ(BatchTexts::alertText(summary),
-            "处理完成\n\n成功: 0\n失败: 1\n跳过: 0\n\n详细信息:\n输入文件夹和输出文件夹不能相同\n\n日志: 未生成日志");
+  summary.total = summary.skipped = 1;
+  EXPECT_EQ(BatchTexts::alert(summary),
+            "Processing complete\n\nSuccess: 0\nFailed: 0\nSkipped: 1\n\nLog: No log generated");
+  EXPECT_FALSE(BatchTexts::isWarning(summary));
 }
 
-TEST(BatchTexts, ShowTheSystemsWordsOfAFailureOfTheWholeBatchUnchanged) {
+TEST_F(BatchTextsTest, AlertTellsWhyTheLogCouldNotBeWritten) {
   BatchSummary summary;
-  summary.failed = 1;
-  summary.failures = {{"", "Permission denied"}};
-  const InLanguage french(AppLanguage::french);
-  EXPECT_NE(BatchTexts::alertText(summary).find("\n\nDétails:\nPermission denied\n\n"), std::string::npos);
-}
-
-TEST(BatchTexts, SayWhyThereIsNoLog) {
-  BatchSummary summary = summaryOf(1, 0, 0);
-  summary.logError = "No space left on device %@";
-  EXPECT_EQ(BatchTexts::alertText(summary),
-            "Processing complete\n\nSuccess: 1\nFailed: 0\nSkipped: 0\n\nLog: No log generated\nLog writing failed: No "
-            "space left on device %@");
-}
-
-TEST(BatchTexts, WarnWhenAFileFailedOrTheLogCouldNotBeWritten) {
-  EXPECT_FALSE(BatchTexts::isWarning(summaryOf(3, 0, 1)));
-  EXPECT_TRUE(BatchTexts::isWarning(summaryOf(3, 1, 0)));
-  BatchSummary summary = summaryOf(3, 0, 0);
-  summary.logError = "";
+  summary.total = summary.succeeded = 1;
+  summary.logError = "No space left on device";
+  EXPECT_EQ(BatchTexts::alert(summary),
+            "Processing complete\n\nSuccess: 1\nFailed: 0\nSkipped: 0\n\nLog: No log generated\n"
+            "Log writing failed: No space left on device");
   EXPECT_TRUE(BatchTexts::isWarning(summary));
 }
 
-TEST(BatchTexts, OfferTheResultsWhenThereAreAnyAndTheirFolderExists) {
-  const TemporaryFolder folder;
-  EXPECT_TRUE(BatchTexts::canOpenResults(summaryOf(1, 5, 0), folder.path()));
-  EXPECT_TRUE(BatchTexts::canOpenResults(summaryOf(0, 0, 1), folder.path()));
-  EXPECT_FALSE(BatchTexts::canOpenResults(summaryOf(0, 1, 0), folder.path()));
-  EXPECT_FALSE(BatchTexts::canOpenResults(summaryOf(1, 0, 0), folder / "missing"));
-  tests::writeText(folder / "file", "");
-  EXPECT_FALSE(BatchTexts::canOpenResults(summaryOf(1, 0, 0), folder / "file"));
+TEST_F(BatchTextsTest, AlertListsTheFirstFiveFailuresInTheirOrder) {
+  EXPECT_EQ(BatchTexts::alert(summaryWithFailures(7)),
+            "Processing complete\n\nSuccess: 0\nFailed: 7\nSkipped: 0\n\nDetails:\n"
+            "L1.DNG: L1.DNG: broken\nL2.DNG: L2.DNG: broken\nL3.DNG: L3.DNG: broken\nL4.DNG: L4.DNG: broken\n"
+            "L5.DNG: L5.DNG: broken\n\nLog: No log generated");
+  EXPECT_TRUE(BatchTexts::isWarning(summaryWithFailures(1)));
 }
 
-TEST(BatchProgressDisplay, BeginsEmpty) {
-  const BatchProgressDisplay display;
-  EXPECT_EQ(display.status(), "Preparing…");
-  EXPECT_EQ(display.barValue(), 0);
-  EXPECT_EQ(display.barMaximum(), 1);
+TEST_F(BatchTextsTest, AlertOfAFailedBatchShowsItsMessageAloneInTheInterfacesLanguage) {
+  BatchSummary summary;
+  summary.failed = 1;
+  summary.failures = {{"", "Input and output folders cannot be the same"}};
+  EXPECT_EQ(BatchTexts::alert(summary),
+            "Processing complete\n\nSuccess: 0\nFailed: 1\nSkipped: 0\n\nDetails:\n"
+            "Input and output folders cannot be the same\n\nLog: No log generated");
+  speak(AppLanguage::french);
+  EXPECT_EQ(BatchTexts::alert(summary),
+            "Traitement terminé\n\nRéussis: 0\nÉchecs: 1\nIgnorés: 0\n\nDétails:\n"
+            "Les dossiers d’entrée et de sortie ne peuvent pas être identiques\n\nJournal: Aucun journal généré");
 }
 
-TEST(BatchProgressDisplay, ShowsTheLatestSnapshot) {
-  BatchProgressDisplay display;
-  EXPECT_TRUE(display.show(snapshot(3, "c.dng")));
-  EXPECT_EQ(display.status(), "3/40  Success 2  Failed 1  Skipped 0  c.dng");
-  EXPECT_EQ(display.barValue(), 3);
-  EXPECT_EQ(display.barMaximum(), 40);
+TEST_F(BatchTextsTest, AlertOfAStoppedBatchSaysSoInChinese) {
+  speak(AppLanguage::chinese);
+  BatchSummary summary = summaryWithFailures(1);
+  summary.cancelled = true;
+  summary.logURL = "/出/日志.csv";
+  EXPECT_EQ(
+      BatchTexts::alert(summary),
+      "处理完成 (已取消)\n\n成功: 0\n失败: 1\n跳过: 0\n\n详细信息:\nL1.DNG: L1.DNG: broken\n\n日志: /出/日志.csv");
 }
 
-TEST(BatchProgressDisplay, NeverMovesBack) {
-  BatchProgressDisplay display;
-  display.show(snapshot(3, "c.dng"));
-  EXPECT_FALSE(display.show(snapshot(2, "b.dng")));
-  EXPECT_FALSE(display.show(snapshot(3, "x.dng")));
-  EXPECT_EQ(display.status(), "3/40  Success 2  Failed 1  Skipped 0  c.dng");
-  EXPECT_EQ(display.barValue(), 3);
+TEST_F(BatchTextsTest, CountTheFilesOfAFolder) {
+  EXPECT_EQ(BatchTexts::foundFiles(3), "Found 3 DNG files in the input folder.");
+  EXPECT_EQ(BatchTexts::foundFiles(0),
+            "No DNG files found. Select the folder that directly contains the source DNG files.");
 }
 
-TEST(BatchProgressDisplay, KeepsTheStatusOfAStopRequestWhileTheBarGoesOn) {
-  BatchProgressDisplay display;
-  display.show(snapshot(3, "c.dng"));
-  display.stopRequested();
-  EXPECT_TRUE(display.show(snapshot(4, "d.dng")));
-  EXPECT_EQ(display.status(), "Stopping after the current file…");
-  EXPECT_EQ(display.barValue(), 4);
+TEST_F(BatchTextsTest, NameTheDefaultOutputFolder) {
+  EXPECT_EQ(BatchTexts::defaultOutput("/photos/%d"), "Default: /photos/%d/Tessaly Results");
+  EXPECT_EQ(BatchTexts::defaultOutput({}), "Created inside the input folder if not selected");
 }
 
-TEST(BatchProgressDisplay, HasABarOfAtLeastOneStep) {
-  BatchProgressDisplay display;
-  BatchProgress progress;
-  progress.completed = 1;
-  display.show(progress);
-  EXPECT_EQ(display.barMaximum(), 1);
+TEST_F(BatchTextsTest, ShowANameThatIsNotUTF8WithReplacementCharacters) {
+  EXPECT_EQ(BatchTexts::defaultOutput("/a\xff"), "Default: /a\xEF\xBF\xBD/Tessaly Results");
+  EXPECT_EQ(BatchTexts::cannotOpen("/a\xff"), "Unable to open the output folder:\n/a\xEF\xBF\xBD");
 }
 
 }  // namespace

@@ -1,0 +1,74 @@
+#include "presentation/CandidateTexts.h"
+
+#include "calibration/CandidateSelection.h"
+#include "localization/Localization.h"
+#include "presentation/EngineTexts.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace tessaly::CandidateTexts {
+namespace {
+
+std::string range(std::int64_t first, std::int64_t last) {
+  return first == last ? fmt::format("{}", first) : fmt::format("{}–{}", first, last);
+}
+
+std::string radius(const CalibrationCandidate& spot) {
+  return spot.radiusX == spot.radiusY ? fmt::format("{}", spot.radiusX)
+                                      : fmt::format("{} × {}", spot.radiusX, spot.radiusY);
+}
+
+}  // namespace
+
+Kind kindOf(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
+  if (candidate.kind == CalibrationCandidate::Kind::pixel) return Kind::pixel;
+  if (candidate.kind == CalibrationCandidate::Kind::spot) return Kind::fixedSpot;
+  return CandidateSelection::isPartialColumn(candidate, metadata) ? Kind::partialColumn : Kind::column;
+}
+
+std::string_view name(Kind kind) {
+  switch (kind) {
+    case Kind::pixel:
+      return "Pixel";
+    case Kind::column:
+      return "Column";
+    case Kind::partialColumn:
+      return "Partial Column";
+    case Kind::fixedSpot:
+      break;
+  }
+  return "Fixed Spot";
+}
+
+std::string kind(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
+  return L(name(kindOf(candidate, metadata)));
+}
+
+std::string position(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
+  const std::int64_t x = candidate.x - metadata.activeX;
+  const std::int64_t y = candidate.yStart - metadata.activeY;
+  const std::string columns = "x " + range(x, x + candidate.width - 1);
+  switch (kindOf(candidate, metadata)) {
+    case Kind::pixel:
+      return fmt::format("{}, {}", x, y);
+    case Kind::column:
+      return columns;
+    case Kind::partialColumn:
+      return columns + ", y " + range(y, candidate.yEnd - metadata.activeY);
+    case Kind::fixedSpot:
+      break;
+  }
+  return fmt::format("{}, {}  r {}", x, y, radius(candidate));
+}
+
+std::string confidence(const CalibrationCandidate& candidate) {
+  return fmt::format("{} %", std::lround(candidate.confidence * 100));
+}
+
+std::string reason(const CalibrationCandidate& candidate) {
+  return translatedEngineText(candidate.reason);
+}
+
+}  // namespace tessaly::CandidateTexts

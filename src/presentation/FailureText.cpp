@@ -1,0 +1,40 @@
+#include "presentation/FailureText.h"
+
+#include "batch/OutputFolderAccess.h"
+#include "calibration/CandidateSelection.h"
+#include "localization/Localization.h"
+#include "platform/Text.h"
+#include "profile/CameraProfileJSON.h"
+#include "store/ProfileStore.h"
+
+namespace tessaly {
+namespace {
+
+FailureText dngFailure(const DNGError& error, std::string_view subject) {
+  const bool namesItsFile = error.kind() == DNGError::Case::file;
+  return {
+      Localization::rejectionMessage(error.rejectionReason(), namesItsFile ? error.message() : std::string(subject)),
+      error.innermost().what()};
+}
+
+std::string withSubject(std::string_view subject, const std::string& words) {
+  return subject.empty() ? words : std::string(subject) + ": " + words;
+}
+
+}  // namespace
+
+FailureText failureText(const std::exception& error, std::string_view subject) {
+  if (const auto* dngError = dynamic_cast<const DNGError*>(&error)) return dngFailure(*dngError, subject);
+  if (dynamic_cast<const InvalidInput*>(&error)) return {L(error.what()), error.what()};
+  if (dynamic_cast<const OutputFolderPermission*>(&error)) return {error.what(), Localization::original(error.what())};
+  if (const auto* invalid = dynamic_cast<const InvalidProfile*>(&error))
+    return {withSubject(subject, invalid->what()), invalid->reason()};
+  if (const auto* unreadable = dynamic_cast<const UnreadableProfile*>(&error))
+    return {unreadable->what(), unreadable->reason()};
+  if (dynamic_cast<const ProfileDecodingError*>(&error))
+    return {withSubject(subject, InvalidProfile(error.what()).what()), error.what()};
+  const std::string words = exceptionMessage(error);
+  return {withSubject(subject, words), words};
+}
+
+}  // namespace tessaly
