@@ -4,12 +4,12 @@
 // under a hidden temporary name in the destination's folder, is read back and compared, and only then gets its name.
 #pragma once
 
+#include "dng/RawPlane.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <span>
-
-#include "dng/RawPlane.h"
 
 namespace tessaly::DNGWriter {
 

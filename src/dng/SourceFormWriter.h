@@ -1,0 +1,63 @@
+// Writes the bytes of a source with samples packed back in place, in the source's own encoding. All bits that are not
+// changed samples stay what they are: padding of rows and tiles, gaps, tail.
+//
+// Used by one thread; holds references to everything it is given.
+#pragma once
+
+#include "dng/ChangedSamples.h"
+#include "dng/InverseLinearization.h"
+#include "dng/SampleFormat.h"
+#include "dng/SegmentLayout.h"
+#include "dng/SourceImage.h"
+#include "platform/PartialFile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace tessaly {
+
+class SourceFormWriter {
+ public:
+  /// `plane` holds the full raw plane. Throws, before anything is written, what cannot be written:
+  /// truncated("Output raw segment") for a segment that is too short for its samples,
+  /// unsupported("Inverse nonmonotonic LinearizationTable"), and invalid("Sample exceeds source bit depth").
+  SourceFormWriter(const SourceImage& source, std::span<const std::uint16_t> plane, const ChangedSamples& changed);
+
+  /// The way back through the source's table; null without one.
+  [[nodiscard]] const InverseLinearization* inverse() const { return inverse_ ? &*inverse_ : nullptr; }
+
+  /// Fills an empty file with the source's bytes and the changed samples. `buffer` must hold a stored row. Throws
+  /// DNGError::truncated when the source has become shorter and std::system_error when the system fails.
+  void write(PartialFile& file, std::span<std::byte> buffer);
+
+ private:
+  struct Rows {
+    std::int64_t first = 0;
+    std::int64_t last = 0;  // excluded
+  };
+
+  void requireSegments() const;
+  void requireDepth() const;
+  [[nodiscard]] std::vector<std::int64_t> segmentsInFileOrder() const;
+  void writeSegment(PartialFile& file, const Segment& segment, std::span<std::byte> buffer);
+  [[nodiscard]] std::int64_t endOfGroup(const Segment& segment, std::int64_t row, std::int64_t mostRows) const;
+  void writeRows(PartialFile& file, const Segment& segment, const Rows& rows, std::span<std::byte> buffer);
+  void copyUpTo(PartialFile& file, std::int64_t end, std::span<std::byte> buffer);
+  void patch(std::span<std::byte> row, const Segment& segment, const SampleRun& run);
+  void replaceCodes(std::span<const std::uint16_t> samples, std::span<std::uint16_t> codes) const;
+
+  const SourceImage& source_;
+  std::span<const std::uint16_t> plane_;
+  const ChangedSamples& changed_;
+  SampleFormat format_;
+  SegmentLayout layout_;
+  std::optional<InverseLinearization> inverse_;
+  std::vector<std::uint16_t> codes_;  // of the run at hand
+  std::int64_t position_ = 0;         // the copy holds the source's bytes up to here
+  bool cloned_ = false;               // the file system has made the copy; only changed rows are left to be written
+};
+
+}  // namespace tessaly
