@@ -73,6 +73,15 @@ fs::path fileOf(const CameraProfile& profile) {
   return directory() / (profile.id.text() + ".json");
 }
 
+std::vector<fs::path> files() {
+  std::vector<fs::path> found;
+  if (!fs::exists(directory())) return found;
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory())) {
+    if (isProfileFileName(entry.path().filename())) found.push_back(entry.path());
+  }
+  return found;
+}
+
 fs::path save(const CameraProfile& profile) {
   const std::string json = encodeProfile(profile);
   fs::create_directories(directory());
@@ -85,9 +94,8 @@ std::vector<CameraProfile> loadAll() {
   copyLegacyProfiles(legacyDirectory(), directory());
   fs::create_directories(directory());
   std::vector<CameraProfile> profiles;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory())) {
-    if (isProfileFileName(entry.path().filename())) profiles.push_back(loadStored(entry.path()));
-  }
+  for (const fs::path& file : files())
+    profiles.push_back(loadStored(file));
   sortByName(profiles);
   return profiles;
 }

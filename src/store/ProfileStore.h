@@ -45,6 +45,9 @@ namespace ProfileStore {
 /// The file that a profile is kept in, whether or not it is there.
 [[nodiscard]] std::filesystem::path fileOf(const CameraProfile& profile);
 
+/// The profile files in the folder, in no particular order; none when there is no folder.
+[[nodiscard]] std::vector<std::filesystem::path> files();
+
 /// Writes the profile atomically to the file named after its id, over an earlier version of it. Returns that file.
 std::filesystem::path save(const CameraProfile& profile);
 

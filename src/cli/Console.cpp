@@ -1,0 +1,88 @@
+#include "cli/Console.h"
+
+#include "cli/Failures.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace tessaly::cli::Console {
+namespace {
+
+constexpr std::size_t assumedWidth = 80;
+
+/// Writes everything; gives 0 or the error's number.
+int writeAll(int descriptor, std::span<const std::byte> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) return errno;
+    if (written > 0) bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+  return 0;
+}
+
+std::span<const std::byte> bytesOf(std::string_view text) {
+  return std::as_bytes(std::span(text.data(), text.size()));
+}
+
+bool isControl(unsigned char byte) {
+  return byte < 0x20 || byte == 0x7F;
+}
+
+/// U+0080 to U+009F, which some terminals obey, are C2 80 to C2 9F.
+bool isEncodedControl(std::string_view text) {
+  return text.size() >= 2 && text[0] == '\xC2' && static_cast<unsigned char>(text[1]) < 0xA0;
+}
+
+}  // namespace
+
+void write(std::span<const std::byte> bytes) {
+  const int error = writeAll(STDOUT_FILENO, bytes);
+  if (error != 0) throw CommandFailure(std::system_error(error, std::generic_category()), "Standard output");
+}
+
+void write(std::string_view text) {
+  write(bytesOf(text));
+}
+
+void draw(std::string_view text) {
+  writeAll(STDERR_FILENO, bytesOf(text));
+}
+
+void note(std::string_view line) {
+  draw(singleLine(line) + "\n");
+}
+
+bool isTerminal() {
+  return isatty(STDERR_FILENO) == 1;
+}
+
+std::size_t terminalWidth() {
+  winsize size{};
+  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : assumedWidth;
+}
+
+std::string singleLine(std::string_view text) {
+  std::string line;
+  for (; !text.empty(); text.remove_prefix(1)) {
+    const bool encoded = isEncodedControl(text);
+    line += encoded || isControl(static_cast<unsigned char>(text.front())) ? ' ' : text.front();
+    if (encoded) text.remove_prefix(1);
+  }
+  return line;
+}
+
+void prepare() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    // For reading only, so that a result that nobody could receive still is a failure.
+    if (fcntl(descriptor, F_GETFD) < 0) static_cast<void>(::open("/dev/null", O_RDONLY));
+  }
+  signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
+}
+
+}  // namespace tessaly::cli::Console

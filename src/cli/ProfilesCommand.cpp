@@ -1,0 +1,128 @@
+// profiles list|show|validate|import|export|delete: the profile store.
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/Failures.h"
+#include "cli/OutputFiles.h"
+#include "cli/ProfileArgument.h"
+#include "dng/DNGError.h"
+#include "dng/DNGReader.h"
+#include "localization/Localization.h"
+#include "platform/Text.h"
+#include "profile/CameraProfileJSON.h"
+#include "store/ProfileStore.h"
+
+#include <fmt/format.h>
+
+namespace tessaly::cli {
+namespace {
+
+struct NoOptions {};
+
+struct ProfileOptions {
+  std::string profile;
+  std::string file;
+};
+
+/// What is done to a profile file or to the store, failing with the name of it.
+template <typename Work>
+auto about(const std::filesystem::path& subject, Work work) {
+  try {
+    return work();
+  } catch (const std::exception& error) {
+    throw CommandFailure(error, displayName(subject));
+  }
+}
+
+std::string listLine(const CameraProfile& profile) {
+  return fmt::format("{}\t{}\t{}\t{}\t{}\t{}\t{}\n", profile.id.text(), Console::singleLine(profile.name),
+                     Console::singleLine(profile.cameraModel), Console::singleLine(profile.cameraSerial.value_or("-")),
+                     profile.pixels.size(), profile.lines.size(), profile.spots ? profile.spots->size() : 0);
+}
+
+ExitStatus list(const NoOptions&, const Context&) {
+  std::string lines;
+  for (const CameraProfile& profile : about(ProfileStore::directory(), ProfileStore::loadAll))
+    lines += listLine(profile);
+  Console::write(lines);
+  return ExitStatus::done;
+}
+
+ExitStatus show(const ProfileOptions& options, const Context&) {
+  Console::write(encodeProfile(loadProfile(options.profile).profile));
+  return ExitStatus::done;
+}
+
+ExitStatus validate(const ProfileOptions& options, const Context&) {
+  const CameraProfile profile = loadProfile(options.profile).profile;
+  const DNGMetadata metadata = DNGReader::readMetadata(options.file);
+  try {
+    profile.validate(metadata);
+  } catch (const DNGError& error) {
+    throw DNGError::contextualize(error, options.file);
+  }
+  return ExitStatus::done;
+}
+
+ExitStatus import(const ProfileOptions& options, const Context&) {
+  const CameraProfile profile = about(options.file, [&] { return ProfileStore::importProfile(options.file); });
+  Console::write(listLine(profile));
+  Console::note(L("Imported profile saved as a new copy."));
+  return ExitStatus::done;
+}
+
+ExitStatus exportTo(const ProfileOptions& options, const Context&) {
+  const ProfileArgument argument = loadProfile(options.profile);
+  OutputFiles::check({options.file}, argument.files);
+  about(options.file, [&] { ProfileStore::exportProfile(argument.profile, options.file); });
+  Console::note(L("Profile exported."));
+  return ExitStatus::done;
+}
+
+ExitStatus remove(const ProfileOptions& options, const Context&) {
+  const CameraProfile profile = loadProfile(options.profile).profile;
+  about(ProfileStore::fileOf(profile), [&] { ProfileStore::remove(profile); });
+  return ExitStatus::done;
+}
+
+using Run = ExitStatus (*)(const ProfileOptions&, const Context&);
+
+struct Subcommand {
+  const char* name;
+  const char* description;
+  const char* profile;  ///< what the operand P is for; null when there is none
+  const char* file;     ///< what the operand FILE is for; null when there is none
+  Run run;
+};
+
+constexpr const char* which = "A profile file, or a stored profile's id or name";
+
+constexpr Subcommand subcommands[] = {
+    {"show", "Print a profile as JSON", which, nullptr, show},
+    {"validate", "Check that a profile fits a DNG file; prints nothing when it does", which, "A DNG file", validate},
+    {"import", "Put a profile file into the store, as a new copy", nullptr, "A profile file", import},
+    {"export", "Write a profile to a file", which, "The file; one of that name is replaced", exportTo},
+    {"delete", "Remove a profile from the store", which, nullptr, remove},
+};
+
+void addSubcommand(Program& program, CLI::App& parent, const Subcommand& subcommand) {
+  auto options = std::make_shared<ProfileOptions>();
+  CLI::App* command = addCommand(program, parent, subcommand.name, subcommand.description);
+  if (subcommand.profile) addOperand(command, "P", options->profile, subcommand.profile);
+  if (subcommand.file) addOperand(command, "FILE", options->file, subcommand.file);
+  setAction(program, command, options, subcommand.run);
+}
+
+}  // namespace
+
+void addProfiles(Program& program) {
+  CLI::App* profiles = addCommand(program, program.app, "profiles", "The stored camera profiles");
+  profiles->require_subcommand(1);
+  CLI::App* listing =
+      addCommand(program, *profiles, "list",
+                 "Print a line a profile: id, name, camera model, serial, numbers of pixels, columns and spots");
+  setAction(program, listing, std::make_shared<NoOptions>(), list);
+  for (const Subcommand& subcommand : subcommands)
+    addSubcommand(program, *profiles, subcommand);
+}
+
+}  // namespace tessaly::cli

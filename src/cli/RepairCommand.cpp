@@ -1,0 +1,145 @@
+// repair SOURCE --profile PROFILE: the batch over a folder, or over exactly one file.
+#include "batch/BatchJSON.h"
+#include "batch/BatchProcessor.h"
+#include "batch/OutputFolder.h"
+#include "batch/SourceFiles.h"
+#include "cli/BatchReport.h"
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/Failures.h"
+#include "cli/Interruption.h"
+#include "cli/OutputFiles.h"
+#include "cli/ProfileArgument.h"
+#include "localization/Localization.h"
+#include "platform/Text.h"
+#include "presentation/BatchStart.h"
+#include "presentation/BatchTexts.h"
+
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <system_error>
+#include <vector>
+
+namespace tessaly::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct RepairOptions {
+  std::string source;
+  std::string profile;
+  std::optional<std::string> output;
+  std::optional<std::int64_t> workers;
+  std::optional<std::string> existing;
+  bool noLog = false;
+  std::string summary;
+};
+
+/// What is repaired: the files that are read, and whether they were listed in a folder.
+struct Sources {
+  fs::path source;
+  bool isFolder = false;
+  bool isReadable = true;
+  std::vector<fs::path> files;
+};
+
+Sources sourcesOf(const fs::path& source) {
+  std::error_code error;
+  if (!fs::is_directory(source, error)) return {source, false, fs::exists(source, error), {source}};
+  try {
+    return {source, true, true, sourceFiles(source)};
+  } catch (const std::exception&) {
+    return {source, true, false, {}};  // the batch itself finds out, and says why
+  }
+}
+
+BatchOptions batchOptions(const RepairOptions& options) {
+  BatchOptions chosen = BatchStart::options();
+  if (options.existing) chosen.existingOutputPolicy = *existingOutputPolicy(*options.existing);
+  if (options.noLog) chosen.saveLog = false;
+  return chosen;
+}
+
+/// Beside a single file lies the folder of its results, whatever the preferences say of folders.
+fs::path outputFolder(const RepairOptions& options, const Sources& sources) {
+  if (options.output) return *options.output;
+  if (sources.isFolder) return BatchStart::outputFolder(std::nullopt, sources.source);
+  return defaultOutputFolder(fs::absolute(sources.source).parent_path());
+}
+
+void checkSummary(const RepairOptions& options, const Sources& sources, const ProfileArgument& profile) {
+  std::vector<fs::path> inputs = sources.files;
+  inputs.insert(inputs.end(), profile.files.begin(), profile.files.end());
+  OutputFiles::check({options.summary}, std::move(inputs));
+}
+
+BatchSummary runBatch(const RepairOptions& options, const Sources& sources, const CameraProfile& profile,
+                      const fs::path& output, Interruption& interruption) {
+  const std::int64_t workers = BatchStart::workers(options.workers.value_or(AppPreferences::shared().workers()));
+  BatchReport report(static_cast<std::int64_t>(sources.files.size()));
+  const auto finished = [&report](const BatchFileOutcome& outcome) { report.finished(outcome); };
+  BatchProcessor processor;
+  interruption.setHandler([&processor] { processor.cancel(); });
+  const BatchSummary summary =
+      sources.isFolder
+          ? processor.processFolder(sources.source, output, profile, workers, batchOptions(options), {}, finished)
+          : processor.processFiles(sources.files, output, profile, workers, batchOptions(options), {}, finished);
+  interruption.setHandler({});
+  return summary;
+}
+
+bool isTranslated(const std::string& english) {
+  return Localization::text(english, AppLanguage::french) != english;
+}
+
+/// A sentence speaks for itself; the system's words need the name of the folder or file that they are about.
+void tellWholeFailure(const std::string& message, const Sources& sources, const fs::path& output) {
+  const std::string subject = displayName(sources.isReadable ? output : sources.source);
+  Console::note(isTranslated(message) ? L(message) : subject + ": " + message);
+  Console::note("Cause: " + message);
+}
+
+/// Failed files were told when they failed; this is the rest.
+void tellFailures(const BatchSummary& summary, const Sources& sources, const fs::path& output) {
+  for (const BatchFailure& failure : summary.failures) {
+    if (failure.filename.empty()) tellWholeFailure(failure.message, sources, output);
+  }
+  if (!summary.logError) return;
+  Console::note(LF("Log writing failed: %@", {*summary.logError}));
+  Console::note("Cause: " + *summary.logError);
+}
+
+ExitStatus repair(const RepairOptions& options, const Context& context) {
+  const ProfileArgument profile = loadProfile(options.profile);
+  const Sources sources = sourcesOf(options.source);
+  checkSummary(options, sources, profile);
+  const fs::path output = outputFolder(options, sources);
+  const BatchSummary summary = runBatch(options, sources, profile.profile, output, context.interruption);
+  tellFailures(summary, sources, output);
+  Console::write(BatchTexts::alert(summary) + "\n");
+  if (!options.summary.empty()) OutputFiles::write(options.summary, batchSummaryJSON(summary).dump(2) + "\n");
+  return BatchTexts::isWarning(summary) ? ExitStatus::failed : ExitStatus::done;
+}
+
+}  // namespace
+
+void addRepair(Program& program) {
+  auto options = std::make_shared<RepairOptions>();
+  CLI::App* command =
+      addCommand(program, program.app, "repair", "Write repaired copies of all DNG files of a folder, or of one file");
+  addOperand(command, "SOURCE", options->source, "The folder that directly contains the DNG files, or one file");
+  addOption(command, "--profile", options->profile, "PROFILE", "A profile file, or a stored profile's id or name")
+      ->required();
+  command->add_option("--output", options->output, "The folder for the copies; otherwise as the preferences say")
+      ->type_name("FOLDER");
+  command->add_option("--workers", options->workers, "How many files at once, 1 to 4; 0 is automatic")->type_name("N");
+  command->add_option("--existing", options->existing, "What to do when a copy's name is taken")
+      ->type_name("skip|numberedCopy")
+      ->check(CLI::IsMember({"skip", "numberedCopy"}).description(""));
+  command->add_flag("--no-log", options->noLog, "Write no CSV log into the output folder");
+  addOption(command, "--summary", options->summary, "OUT.json", "Write what became of the files as JSON");
+  setAction(program, command, options, repair);
+}
+
+}  // namespace tessaly::cli

@@ -1,0 +1,36 @@
+// repair-file SOURCE DESTINATION --profile PROFILE: the repaired copy of one file under a name of the caller's choice.
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/ProfileArgument.h"
+#include "cli/WriteResultJSON.h"
+#include "repair/RepairCopy.h"
+
+namespace tessaly::cli {
+namespace {
+
+struct RepairFileOptions {
+  std::string source;
+  std::string destination;
+  std::string profile;
+};
+
+ExitStatus repairFile(const RepairFileOptions& options, const Context&) {
+  const CameraProfile profile = loadProfile(options.profile).profile;
+  const DNGWriteResult result = DNGWriter::repairCopy(options.source, options.destination, profile);
+  Console::write(toJSON(result).dump(2) + "\n");
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+void addRepairFile(Program& program) {
+  auto options = std::make_shared<RepairFileOptions>();
+  CLI::App* command = addCommand(program, program.app, "repair-file", "Write the repaired copy of one DNG file");
+  addOperand(command, "SOURCE", options->source, "The DNG file; it is only read");
+  addOperand(command, "DESTINATION", options->destination, "The copy; nothing may stand there yet");
+  addOption(command, "--profile", options->profile, "PROFILE", "A profile file, or a stored profile's id or name")
+      ->required();
+  setAction(program, command, options, repairFile);
+}
+
+}  // namespace tessaly::cli
