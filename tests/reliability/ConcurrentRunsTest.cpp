@@ -1,0 +1,100 @@
+// Runs that write into one folder at the same time: every file under a final name is one run's whole copy.
+#include "batch/BatchProcessor.h"
+#include "reliability/ChildProcess.h"
+#include "reliability/RepairScene.h"
+#include "support/FileBytes.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+
+namespace tessaly::tests {
+namespace {
+
+using testing::AnyOf;
+using testing::IsEmpty;
+
+constexpr int rounds = 10;
+constexpr SceneSize size{10, 256, 192};
+
+class ConcurrentRuns : public testing::Test {
+ protected:
+  [[nodiscard]] BatchSummary run(const RepairScene& scene, ExistingOutputPolicy policy) const {
+    BatchProcessor processor;
+    return processor.processFolder(scene.input(), output, scene.profile(), 2, {policy, false}, nullptr, nullptr);
+  }
+
+  [[nodiscard]] std::pair<BatchSummary, BatchSummary> runBoth(ExistingOutputPolicy policy) const {
+    auto other = std::async(std::launch::async, [&] { return run(second, policy); });
+    BatchSummary own = run(first, policy);
+    return {own, other.get()};
+  }
+
+  [[nodiscard]] bool isWholeCopy(const std::string& sourceName, const Bytes& bytes) const {
+    return bytes == first.copies().at(sourceName) || bytes == second.copies().at(sourceName);
+  }
+
+  const TemporaryFolder folder;
+  const std::filesystem::path output = folder / "output";
+  const RepairScene first{folder / "first", size, 1};
+  const RepairScene second{folder / "second", size, 2};
+};
+
+TEST_F(ConcurrentRuns, NeverMixOrOverwriteFilesOfOneName) {
+  for (int round = 0; round < rounds; ++round) {
+    std::filesystem::remove_all(output);
+    const auto [a, b] = runBoth(ExistingOutputPolicy::skip);
+    const OutputContents contents = contentsOf(output);
+    EXPECT_EQ(contents.copies.size(), first.count());
+    EXPECT_EQ(a.succeeded + b.succeeded, static_cast<std::int64_t>(first.count()))
+        << "each name was won by exactly one run";
+    for (const auto& [name, bytes] : contents.copies)
+      EXPECT_TRUE(isWholeCopy(name, bytes)) << name;
+    EXPECT_THAT(contents.temporaries, IsEmpty());
+    EXPECT_THAT(contents.others, IsEmpty());
+  }
+}
+
+TEST_F(ConcurrentRuns, KeepEarlierCopiesWhenTheyNumberTheirs) {
+  for (int round = 0; round < rounds; ++round) {
+    std::filesystem::remove_all(output);
+    static_cast<void>(run(first, ExistingOutputPolicy::skip));
+    const auto [a, b] = runBoth(ExistingOutputPolicy::numberedCopy);
+    const OutputContents contents = contentsOf(output);
+    EXPECT_EQ(static_cast<std::int64_t>(contents.copies.size()),
+              static_cast<std::int64_t>(first.count()) + a.succeeded + b.succeeded);
+    for (const auto& [name, bytes] : first.copies())
+      EXPECT_EQ(contents.copies.at(name), bytes) << name;
+    for (const auto& [name, bytes] : contents.copies)
+      EXPECT_TRUE(isWholeCopy(name.substr(0, 5) + ".dng", bytes)) << name;
+  }
+}
+
+TEST_F(ConcurrentRuns, OfTwoProgramsNeverMixOrOverwriteEither) {
+  const auto start = [&](const RepairScene& scene, const char* summary) {
+    return std::make_unique<ChildProcess>(
+        std::vector<std::string>{TESSALY_BATCH_RUNNER, scene.input(), output, scene.profileFile(), "2", "skip"},
+        folder / summary);
+  };
+  for (int round = 0; round < rounds; ++round) {
+    std::filesystem::remove_all(output);
+    const auto a = start(first, "a.json");
+    const auto b = start(second, "b.json");
+    EXPECT_THAT(a->wait(), AnyOf(0, 1));
+    EXPECT_THAT(b->wait(), AnyOf(0, 1));
+    const OutputContents contents = contentsOf(output);
+    EXPECT_EQ(contents.copies.size(), first.count());
+    for (const auto& [name, bytes] : contents.copies)
+      EXPECT_TRUE(isWholeCopy(name, bytes)) << name;
+    EXPECT_THAT(contents.temporaries, IsEmpty());
+    for (const std::filesystem::path& log : contents.logs)
+      expectWholeLog(log, first.count());
+  }
+  first.expectOriginalsUntouched();
+  second.expectOriginalsUntouched();
+}
+
+}  // namespace
+}  // namespace tessaly::tests
