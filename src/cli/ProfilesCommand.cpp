@@ -13,6 +13,8 @@
 
 #include <fmt/format.h>
 
+#include <system_error>
+
 namespace tessaly::cli {
 namespace {
 
@@ -80,7 +82,12 @@ ExitStatus exportTo(const ProfileOptions& options, const Context&) {
 
 ExitStatus remove(const ProfileOptions& options, const Context&) {
   const CameraProfile profile = loadProfile(options.profile).profile;
-  about(ProfileStore::fileOf(profile), [&] { ProfileStore::remove(profile); });
+  about(options.profile, [&] {
+    // A profile given by its path need not be in the store; saying that it was deleted would be wrong.
+    if (!std::filesystem::exists(ProfileStore::fileOf(profile)))
+      throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
+    ProfileStore::remove(profile);
+  });
   return ExitStatus::done;
 }
 
