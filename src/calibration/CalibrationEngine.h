@@ -4,11 +4,11 @@
 // Stateless and synchronous; call it off the user-interface thread. Results never depend on the number of threads.
 #pragma once
 
+#include "calibration/CalibrationRecords.h"
+
 #include <filesystem>
 #include <utility>
 #include <vector>
-
-#include "calibration/CalibrationRecords.h"
 
 namespace tessaly::CalibrationEngine {
 

@@ -1,15 +1,15 @@
 // What calibration finds and reports: candidates, progress, previews and the result.
 #pragma once
 
+#include "dng/DNGMetadata.h"
+#include "platform/UUID.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "dng/DNGMetadata.h"
-#include "platform/UUID.h"
 
 namespace tessaly {
 

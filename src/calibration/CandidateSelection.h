@@ -4,6 +4,9 @@
 // Failures are InvalidInput with the English text that is shown for them.
 #pragma once
 
+#include "calibration/CalibrationRecords.h"
+#include "profile/CameraProfile.h"
+
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -11,9 +14,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "calibration/CalibrationRecords.h"
-#include "profile/CameraProfile.h"
 
 namespace tessaly {
 

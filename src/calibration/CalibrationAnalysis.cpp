@@ -1,0 +1,150 @@
+#include "calibration/CalibrationAnalysis.h"
+
+#include "calibration/CalibrationIntake.h"
+#include "calibration/CandidateMerging.h"
+#include "calibration/ColumnDefectDetector.h"
+#include "calibration/ColumnEvidence.h"
+#include "calibration/DeviationMap.h"
+#include "calibration/PointDetector.h"
+#include "calibration/RawPreview.h"
+#include "calibration/SpotMerging.h"
+#include "calibration/TrailingColumnDetector.h"
+#include "calibration/TrailingEvidence.h"
+#include "dng/DNGError.h"
+#include "dng/DNGReader.h"
+#include "platform/NaturalOrder.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <set>
+#include <span>
+#include <string>
+#include <utility>
+
+namespace tessaly::CalibrationEngine {
+namespace {
+
+using Candidates = std::vector<CalibrationCandidate>;
+using Kind = CalibrationCandidate::Kind;
+
+constexpr std::size_t leastFiles = 3;
+constexpr std::int64_t leastBrightFrames = 3;
+constexpr std::int64_t previewColumns = 1500;
+
+void append(Candidates& all, Candidates more) {
+  std::move(more.begin(), more.end(), std::back_inserter(all));
+}
+
+/// One analysis, step by step. A frame is read once to tell bright from dark (the first one of a group, which also
+/// gives the preview), once to measure points and columns, and once for partial columns; every time into the same
+/// buffer. What the readers throw already bears the name of the file; what the caller's callback throws passes through.
+class Analysis {
+ public:
+  Analysis(std::span<const std::filesystem::path> urls, const CalibrationProgressHandler& progress, int threads)
+      : progress_(progress), threads_(threads), total_(static_cast<std::int64_t>(urls.size())) {
+    intake_ = readIntake(urls, [this](const std::filesystem::path& url) { report("Reading ", url); });
+  }
+
+  CalibrationResult run() {
+    classifyGroups();
+    if (result_.brightFrameCount < leastBrightFrames)
+      throw DNGError::invalid("Not enough bright-field frames were detected");
+    measureGroups();
+    append(result_.candidates, detectColumns(columnEvidence_, intake_.reference));
+    findTrails();
+    append(result_.candidates, mergeSpotCandidates(spots_));
+    append(result_.candidates, std::move(pixels_));
+    orderCandidates(result_.candidates);
+    countColumnEvidence();
+    result_.metadata = std::move(intake_.reference);
+    return std::move(result_);
+  }
+
+ private:
+  void report(const char* what, const std::filesystem::path& url) const {
+    if (progress_) progress_({completed_, total_, what + displayName(url)});
+  }
+
+  void classifyGroups() {
+    for (CalibrationGroup& group : intake_.groups) {
+      DNGReader::readRaw(group.urls.front(), group.metadata, samples_);
+      group.isDark = isDarkFrame(samples_, group.metadata);
+      const bool isFirstBright = !group.isDark && result_.brightFrameCount == 0;
+      if (isFirstBright) result_.preview = makePreview(samples_, group.metadata, previewColumns);
+      std::int64_t& count = group.isDark ? result_.darkFrameCount : result_.brightFrameCount;
+      count += static_cast<std::int64_t>(group.urls.size());
+    }
+  }
+
+  void measureGroups() {
+    DeviationMap map(intake_.reference, threads_);
+    Candidates pixels;
+    for (const CalibrationGroup& group : intake_.groups) {
+      if (!group.isMeasured()) continue;
+      measureGroup(group, map);
+      for (CalibrationCandidate& candidate : detectPointGroup(map))
+        (candidate.kind == Kind::spot ? spots_ : pixels).push_back(std::move(candidate));
+    }
+    pixels_ = mergePixels(pixels);
+  }
+
+  void measureGroup(const CalibrationGroup& group, DeviationMap& map) {
+    map.reset(group.isDark);
+    for (const std::filesystem::path& url : group.urls) {
+      DNGReader::readRaw(url, intake_.reference, samples_);
+      map.add(samples_);
+      if (!group.isDark)
+        columnEvidence_.push_back(columnFrameEvidence(samples_, group.key, intake_.reference, threads_));
+      ++completed_;
+      report("Analyzing ", url);
+    }
+  }
+
+  void findTrails() {
+    const std::vector<TrailSeed> seeds = trailSeeds(pixels_, intake_.reference);
+    std::vector<TrailFrameEvidence> evidence;
+    for (const CalibrationGroup& group : intake_.groups) {
+      if (!group.isMeasured()) continue;
+      for (const std::filesystem::path& url : group.urls) {
+        report("Checking partial defective column in ", url);
+        if (seeds.empty()) continue;
+        DNGReader::readRaw(url, intake_.reference, samples_);
+        evidence.push_back(trailFrameEvidence(samples_, group.key, seeds, intake_.reference, threads_));
+      }
+    }
+    append(result_.candidates, trailCandidates(TrailingColumnDetector::detect(seeds, evidence), intake_.reference));
+  }
+
+  void countColumnEvidence() {
+    std::set<std::string> keys;
+    for (const ColumnFrameEvidence& frame : columnEvidence_)
+      keys.insert(frame.exposureKey);
+    result_.lineEvidenceFrameCount = static_cast<std::int64_t>(columnEvidence_.size());
+    result_.lineExposureGroupCount = static_cast<std::int64_t>(keys.size());
+  }
+
+  const CalibrationProgressHandler& progress_;
+  int threads_;
+  std::int64_t completed_ = 0;
+  std::int64_t total_;
+  CalibrationIntake intake_;
+  RawSamples samples_;
+  std::vector<ColumnFrameEvidence> columnEvidence_;
+  Candidates spots_;   // of all groups
+  Candidates pixels_;  // merged
+  CalibrationResult result_;
+};
+
+}  // namespace
+
+CalibrationResult analyzeOnThreads(std::vector<std::filesystem::path> urls, const CalibrationProgressHandler& progress,
+                                   int threads) {
+  if (urls.size() < leastFiles) throw DNGError::invalid("At least three calibration DNG files are required");
+  sortByFileName(urls);
+  return Analysis(urls, progress, threads).run();
+}
+
+}  // namespace tessaly::CalibrationEngine

@@ -1,0 +1,14 @@
+// CalibrationEngine::analyze with the number of threads chosen, which only changes how long it takes.
+#pragma once
+
+#include "calibration/CalibrationRecords.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace tessaly::CalibrationEngine {
+
+[[nodiscard]] CalibrationResult analyzeOnThreads(std::vector<std::filesystem::path> urls,
+                                                 const CalibrationProgressHandler& progress, int threads);
+
+}  // namespace tessaly::CalibrationEngine

@@ -1,0 +1,139 @@
+#include "calibration/CalibrationJSON.h"
+
+#include "platform/JSONNumbers.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <cmath>
+#include <stdexcept>
+#include <string_view>
+
+namespace tessaly {
+namespace {
+
+using nlohmann::ordered_json;
+using Kind = CalibrationCandidate::Kind;
+
+constexpr std::array<std::string_view, 3> kindNames{"pixel", "line", "spot"};  // in the order of the enumeration
+
+[[noreturn]] void fail(const char* key, const char* problem) {
+  throw std::invalid_argument(fmt::format("\"{}\" {}", key, problem));
+}
+
+void decode(const char* key, const ordered_json& json, std::int64_t& value) {
+  const auto number = wholeNumber(json);
+  if (!number) fail(key, "is not a 64-bit whole number");
+  value = *number;
+}
+
+void decode(const char* key, const ordered_json& json, double& value) {
+  if (!json.is_number() || !std::isfinite(json.get<double>())) fail(key, "is not a finite number");
+  value = json.get<double>();
+}
+
+void decode(const char* key, const ordered_json& json, std::string& value) {
+  if (!json.is_string()) fail(key, "is not a text");
+  value = json.get<std::string>();
+}
+
+void decode(const char* key, const ordered_json& json, UUID& value) {
+  std::string text;
+  decode(key, json, text);
+  const auto id = UUID::parse(text);
+  if (!id) fail(key, "is not a UUID");
+  value = *id;
+}
+
+void decode(const char* key, const ordered_json& json, Kind& value) {
+  for (std::size_t kind = 0; kind < kindNames.size(); ++kind) {
+    if (json != kindNames[kind]) continue;
+    value = static_cast<Kind>(kind);
+    return;
+  }
+  fail(key, "is none of pixel, line and spot");
+}
+
+ordered_json encoded(const UUID& id) {
+  return id.text();
+}
+
+ordered_json encoded(Kind kind) {
+  return kindNames[static_cast<std::size_t>(kind)];
+}
+
+template <typename Value>
+ordered_json encoded(const Value& value) {
+  return value;
+}
+
+/// Collects fields into an object.
+struct Encoder {
+  ordered_json object = ordered_json::object();
+
+  template <typename Value>
+  void operator()(const char* key, const Value& value) {
+    object[key] = encoded(value);
+  }
+
+  template <typename Value>
+  void operator()(const char* key, const std::optional<Value>& value) {
+    if (value) object[key] = *value;
+  }
+};
+
+/// Fills fields from an object.
+struct Decoder {
+  const ordered_json& object;
+
+  template <typename Value>
+  void operator()(const char* key, Value& value) const {
+    const auto found = object.find(key);
+    if (found == object.end()) fail(key, "is missing");
+    decode(key, *found, value);
+  }
+
+  template <typename Value>
+  void operator()(const char* key, std::optional<Value>& value) const {
+    const auto found = object.find(key);
+    if (found == object.end() || found->is_null()) return;
+    decode(key, *found, value.emplace());
+  }
+};
+
+// The keys, once, for both directions.
+template <typename Candidate, typename Visitor>
+void forEachField(Candidate& candidate, Visitor& visit) {
+  visit("id", candidate.id);
+  visit("kind", candidate.kind);
+  visit("x", candidate.x);
+  visit("yStart", candidate.yStart);
+  visit("yEnd", candidate.yEnd);
+  visit("width", candidate.width);
+  visit("radiusX", candidate.radiusX);
+  visit("radiusY", candidate.radiusY);
+  visit("confidence", candidate.confidence);
+  visit("evidenceSigma", candidate.evidenceSigma);
+  visit("frameAgreement", candidate.frameAgreement);
+  visit("exposureGroupCount", candidate.exposureGroupCount);
+  visit("reason", candidate.reason);
+}
+
+}  // namespace
+
+ordered_json toJSON(const CalibrationCandidate& candidate) {
+  Encoder encoder;
+  forEachField(candidate, encoder);
+  return encoder.object;
+}
+
+CalibrationCandidate candidateFromJSON(const ordered_json& json) {
+  if (!json.is_object()) throw std::invalid_argument("A candidate is not an object");
+  CalibrationCandidate candidate;
+  const Decoder decoder{json};
+  forEachField(candidate, decoder);
+  return candidate;
+}
+
+}  // namespace tessaly

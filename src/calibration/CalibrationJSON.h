@@ -1,0 +1,19 @@
+// The JSON form of a candidate: one object whose keys are the field names, in the order of the fields; an absent
+// optional field has no key.
+//
+// Read: keys in any order, unknown ones ignored, null for an optional key means absent; a whole number may be written
+// as 4.0, but neither as 4.5 nor as "4". Stateless; safe from several threads.
+#pragma once
+
+#include "calibration/CalibrationRecords.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace tessaly {
+
+[[nodiscard]] nlohmann::ordered_json toJSON(const CalibrationCandidate& candidate);
+
+/// Throws std::invalid_argument, which names the key: "kind" is none of pixel, line and spot.
+[[nodiscard]] CalibrationCandidate candidateFromJSON(const nlohmann::ordered_json& json);
+
+}  // namespace tessaly
