@@ -41,6 +41,9 @@ class FailingFileSystem final : public FileSystem {
     before_[call] = std::move(action);
   }
 
+  /// Makes clones as a file system with shared extents would; the real one below may be of another kind.
+  void offerClones() { offersClones_ = true; }
+
   /// A write takes at most this many bytes.
   void writeAtMost(std::size_t bytes) { writeLimit_ = bytes; }
 
@@ -62,7 +65,9 @@ class FailingFileSystem final : public FileSystem {
   }
 
   int clone(const FileRange& source, int target) override {
-    return fails(Call::clone, created_) ? -1 : FileSystem::clone(source, target);
+    if (fails(Call::clone, created_)) return -1;
+    if (!offersClones_) return FileSystem::clone(source, target);
+    return FileSystem::copyRange(source, target, source.offset) == source.length ? 0 : -1;
   }
 
   ssize_t copyRange(const FileRange& source, int target, std::int64_t to) override {
@@ -127,6 +132,7 @@ class FailingFileSystem final : public FileSystem {
 
   std::map<Call, Fault> faults_;
   std::map<Call, std::function<void(const std::filesystem::path&)>> before_;
+  bool offersClones_ = false;
   std::size_t writeLimit_ = std::numeric_limits<std::size_t>::max();
   std::vector<Call> calls_;
   std::filesystem::path created_;
