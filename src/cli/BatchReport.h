@@ -12,16 +12,20 @@ namespace tessaly::cli {
 /// Called from the batch's workers, several at once.
 class BatchReport {
  public:
-  explicit BatchReport(std::int64_t total) { progress_.total = total; }
+  explicit BatchReport(std::int64_t total);
 
-  /// A failed file prints its two lines, each other file one; a terminal shows a bar besides.
+  /// A failed file prints its two lines, each other file one; on a terminal the bar moves instead of the latter.
   void finished(const BatchFileOutcome& outcome);
+
+  /// Ctrl-C has come.
+  void stopping();
 
  private:
   void count(const BatchFileOutcome& outcome);
 
   std::mutex lock_;  ///< held while printing, so that the lines come in the order of their numbers
   BatchProgress progress_;
+  bool isStopping_ = false;
   ProgressDisplay display_;
 };
 

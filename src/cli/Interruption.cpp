@@ -50,4 +50,13 @@ void Interruption::setHandler(std::function<void()> handler) {
   if (handler_ && requested_) handler_();
 }
 
+Interruption::Handler::Handler(Interruption& interruption, std::function<void()> handler)
+    : interruption_(interruption) {
+  interruption_.setHandler(std::move(handler));
+}
+
+Interruption::Handler::~Handler() {
+  interruption_.setHandler({});
+}
+
 }  // namespace tessaly::cli

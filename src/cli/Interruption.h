@@ -21,12 +21,21 @@ class Interruption {
   /// Throws Interrupted once Ctrl-C has come.
   void check() const;
 
-  /// Calls `handler`, on the watching thread, when Ctrl-C comes, or at once when it already has; an empty function ends
-  /// that.
-  void setHandler(std::function<void()> handler);
+  /// While it lives, calls `handler`, on the watching thread, when Ctrl-C comes, or at once when it already has.
+  class Handler {
+   public:
+    Handler(Interruption& interruption, std::function<void()> handler);
+    Handler(const Handler&) = delete;
+    Handler& operator=(const Handler&) = delete;
+    ~Handler();
+
+   private:
+    Interruption& interruption_;
+  };
 
  private:
   void watch();
+  void setHandler(std::function<void()> handler);
 
   std::mutex lock_;
   std::function<void()> handler_;

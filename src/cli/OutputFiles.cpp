@@ -31,7 +31,7 @@ void check(const std::vector<fs::path>& outputs, std::vector<fs::path> inputs) {
   inputs.push_back(preferencesFile());
   for (std::size_t i = 0; i < outputs.size(); ++i) {
     for (const fs::path& input : inputs)
-      refuseSame(outputs[i], input, "a file that the command reads cannot be its output");
+      refuseSame(outputs[i], input, "a file that the command itself works with cannot be its output");
     for (std::size_t earlier = 0; earlier < i; ++earlier)
       refuseSame(outputs[i], outputs[earlier], "two outputs cannot be the same file");
   }

@@ -68,10 +68,15 @@ fs::path outputFolder(const RepairOptions& options, const Sources& sources) {
   return defaultOutputFolder(fs::absolute(sources.source).parent_path());
 }
 
-void checkSummary(const RepairOptions& options, const Sources& sources, const ProfileArgument& profile) {
-  std::vector<fs::path> inputs = sources.files;
-  inputs.insert(inputs.end(), profile.files.begin(), profile.files.end());
-  OutputFiles::check({options.summary}, std::move(inputs));
+/// The summary must replace neither what is read nor the copies that this very run makes.
+void checkSummary(const RepairOptions& options, const Sources& sources, const ProfileArgument& profile,
+                  const fs::path& output) {
+  std::vector<fs::path> own = profile.files;
+  for (const fs::path& file : sources.files) {
+    own.push_back(file);
+    own.push_back(output / file.filename());
+  }
+  OutputFiles::check({options.summary}, std::move(own));
 }
 
 BatchSummary runBatch(const RepairOptions& options, const Sources& sources, const CameraProfile& profile,
@@ -80,13 +85,13 @@ BatchSummary runBatch(const RepairOptions& options, const Sources& sources, cons
   BatchReport report(static_cast<std::int64_t>(sources.files.size()));
   const auto finished = [&report](const BatchFileOutcome& outcome) { report.finished(outcome); };
   BatchProcessor processor;
-  interruption.setHandler([&processor] { processor.cancel(); });
-  const BatchSummary summary =
-      sources.isFolder
-          ? processor.processFolder(sources.source, output, profile, workers, batchOptions(options), {}, finished)
-          : processor.processFiles(sources.files, output, profile, workers, batchOptions(options), {}, finished);
-  interruption.setHandler({});
-  return summary;
+  const Interruption::Handler handler(interruption, [&] {
+    processor.cancel();
+    report.stopping();
+  });
+  if (sources.isFolder)
+    return processor.processFolder(sources.source, output, profile, workers, batchOptions(options), {}, finished);
+  return processor.processFiles(sources.files, output, profile, workers, batchOptions(options), {}, finished);
 }
 
 bool isTranslated(const std::string& english) {
@@ -113,8 +118,8 @@ void tellFailures(const BatchSummary& summary, const Sources& sources, const fs:
 ExitStatus repair(const RepairOptions& options, const Context& context) {
   const ProfileArgument profile = loadProfile(options.profile);
   const Sources sources = sourcesOf(options.source);
-  checkSummary(options, sources, profile);
   const fs::path output = outputFolder(options, sources);
+  checkSummary(options, sources, profile, output);
   const BatchSummary summary = runBatch(options, sources, profile.profile, output, context.interruption);
   tellFailures(summary, sources, output);
   Console::write(BatchTexts::alert(summary) + "\n");

@@ -5,6 +5,8 @@
 #include "cli/WriteResultJSON.h"
 #include "repair/RepairCopy.h"
 
+#include <nlohmann/json.hpp>
+
 namespace tessaly::cli {
 namespace {
 

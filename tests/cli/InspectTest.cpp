@@ -27,13 +27,10 @@ TEST_F(InspectTest, PrintsTheMetadataInItsDocumentedOrder) {
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.errors, "");
   const auto json = nlohmann::ordered_json::parse(result.output);
-  std::vector<std::string> keys;
-  for (const auto& item : json.items())
-    keys.push_back(item.key());
-  EXPECT_THAT(keys, ElementsAre("sourceEncoding", "cameraSerial", "model", "rawWidth", "rawHeight", "rawOffset",
-                                "rawByteCount", "activeX", "activeY", "activeWidth", "activeHeight", "blackLevel",
-                                "whiteLevel", "bitsPerSample", "compression", "samplesPerPixel",
-                                "photometricInterpretation", "rowsPerStrip", "packing", "cfaLayout"));
+  EXPECT_THAT(keysOf(json), ElementsAre("sourceEncoding", "cameraSerial", "model", "rawWidth", "rawHeight", "rawOffset",
+                                        "rawByteCount", "activeX", "activeY", "activeWidth", "activeHeight",
+                                        "blackLevel", "whiteLevel", "bitsPerSample", "compression", "samplesPerPixel",
+                                        "photometricInterpretation", "rowsPerStrip", "packing", "cfaLayout"));
   EXPECT_EQ(json["cameraSerial"], "SN-1");
   EXPECT_EQ(json["rawWidth"], 64);
   EXPECT_EQ(json["packing"], "packed12MSB");

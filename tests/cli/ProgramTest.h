@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/types.h>
@@ -36,6 +37,13 @@ inline std::vector<std::string> linesOf(const std::string& text) {
   }
   if (!line.empty()) lines.push_back(line);
   return lines;
+}
+
+inline std::vector<std::string> keysOf(const nlohmann::ordered_json& object) {
+  std::vector<std::string> keys;
+  for (const auto& item : object.items())
+    keys.push_back(item.key());
+  return keys;
 }
 
 class ProgramTest : public testing::Test {
@@ -70,6 +78,10 @@ class ProgramTest : public testing::Test {
 
   ProgramResult run(const Arguments& arguments, const std::function<void()>& prepare = nullptr) {
     return finish(start(arguments, prepare));
+  }
+
+  [[nodiscard]] std::string errorsSoFar() const {
+    return std::filesystem::exists(errorFile) ? readText(errorFile) : "";
   }
 
   tests::TemporaryFolder scratch;  ///< for what is no business of the program

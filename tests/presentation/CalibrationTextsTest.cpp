@@ -97,8 +97,8 @@ TEST_F(CalibrationTextsTest, TranslateTheEnginesProgress) {
 TEST_F(CalibrationTextsTest, ShowTheThresholdInWholePercent) {
   EXPECT_EQ(CalibrationTexts::matchingPixels(0.98),
             "Included pixels with confidence ≥ 98%. Columns and fixed spots still require manual review.");
-  EXPECT_EQ(CalibrationTexts::matchingPixels(0.575),
-            "Included pixels with confidence ≥ 58%. Columns and fixed spots still require manual review.");
+  EXPECT_EQ(CalibrationTexts::matchingPixels(0.956),
+            "Included pixels with confidence ≥ 96%. Columns and fixed spots still require manual review.");
 }
 
 TEST_F(CalibrationTextsTest, ConfirmASavedProfileWithAnAndInEnglishOnly) {
