@@ -2,7 +2,7 @@
 #include "calibration/CalibrationEngine.h"
 #include "calibration/CandidateSelection.h"
 #include "cli/CalibrationFrames.h"
-#include "cli/CalibrationJSON.h"
+#include "cli/CalibrationResultJSON.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/Failures.h"

@@ -47,16 +47,20 @@ class CalibrateTest : public ProgramTest {
   }
 
   static void writeFrames(const fs::path& target) {
-    const tools::SensorSimulator sensor = body();
     std::uint64_t number = 0;
     for (const std::int64_t iso : {100, 200}) {
-      for (const auto& scene : {tools::flatField(284, 72, 0.5), tools::darkness()}) {
-        for (int i = 0; i < 3; ++i) {
-          const tools::Exposure exposure{iso, {1, 60}};
-          const auto samples = sensor.render(scene, exposure, ++number, tools::Condition::damaged);
-          sensor.file(exposure, samples).write(target / ("IMG_" + std::to_string(number) + ".dng"));
-        }
-      }
+      writeGroup(target, {iso, {1, 60}}, tools::flatField(284, 72, 0.5), number);
+      writeGroup(target, {iso, {1, 4}}, tools::darkness(), number);
+    }
+  }
+
+  /// `number` counts the frames that were written before.
+  static void writeGroup(const fs::path& target, const tools::Exposure& exposure, const tools::Scene& scene,
+                         std::uint64_t& number) {
+    static const tools::SensorSimulator sensor = body();
+    for (int i = 0; i < 3; ++i) {
+      const auto samples = sensor.render(scene, exposure, ++number, tools::Condition::damaged);
+      sensor.file(exposure, samples).write(target / ("IMG_" + std::to_string(number) + ".dng"));
     }
   }
 
