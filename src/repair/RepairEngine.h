@@ -3,13 +3,15 @@
 // Stateless: a pure function of its inputs apart from the samples it edits in place.
 #pragma once
 
-#include <cstdint>
-#include <span>
-
 #include "dng/DNGMetadata.h"
 #include "profile/CameraProfile.h"
 
+#include <cstdint>
+#include <span>
+
 namespace tessaly {
+
+struct DefectMap;
 
 /// How many samples were rebuilt. A sample that several defects cover counts once, for the first of: line, spot, point.
 struct RepairReport {
@@ -26,6 +28,9 @@ namespace RepairEngine {
 /// Repairs `raw`, the full raw plane, in place. Throws DNGError::profileMismatch when the profile does not fit the
 /// metadata and DNGError::invalid when the number of samples is not rawWidth × rawHeight; then nothing was changed.
 RepairReport repair(std::span<std::uint16_t> raw, const DNGMetadata& metadata, const CameraProfile& profile);
+
+/// The same for a profile that was validated and mapped before; `raw` holds rawWidth × rawHeight samples.
+RepairReport repair(std::span<std::uint16_t> raw, const DNGMetadata& metadata, const DefectMap& defects);
 
 }  // namespace RepairEngine
 }  // namespace tessaly

@@ -1,0 +1,41 @@
+#include "repair/ReconstructionRules.h"
+#include "repair/RowSearch.h"
+
+#include <cstdlib>
+#include <optional>
+
+namespace tessaly {
+namespace {
+
+constexpr std::int64_t searchDistance = 4;
+
+/// The first sample of the colour in this direction; nothing when there is none or when it is defective: one farther
+/// out would no longer be near enough to stand for a single sample.
+std::optional<std::int64_t> nearestValue(const Mosaic& mosaic, std::int64_t x, std::int64_t y, Direction step) {
+  for (std::int64_t k = 1; k <= searchDistance; ++k) {
+    const std::int64_t column = x + k * step.dx, row = y + k * step.dy;
+    if (!mosaic.contains(column, row)) return std::nullopt;
+    if (!mosaic.sameColour(column, row, x, y)) continue;
+    if (mosaic.isDefective(column, row)) return std::nullopt;
+    return mosaic.value(column, row);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::int64_t rebuildPointSample(const Mosaic& mosaic, std::int64_t x, std::int64_t y) {
+  std::optional<std::int64_t> flattest, value;
+  for (const Direction& direction : interpolationDirections) {
+    const auto back = nearestValue(mosaic, x, y, {-direction.dx, -direction.dy});
+    const auto ahead = nearestValue(mosaic, x, y, direction);
+    if (!back || !ahead) continue;
+    const std::int64_t gradient = std::abs(*back - *ahead);
+    if (flattest && gradient >= *flattest) continue;
+    flattest = gradient;
+    value = (*back + *ahead + 1) >> 1;
+  }
+  return value ? *value : interpolateRow(mosaic, x, y, findRowNeighbours(mosaic, x, y));
+}
+
+}  // namespace tessaly

@@ -1,0 +1,83 @@
+#include "repair/RepairCopy.h"
+
+#include "dng/CopyWriter.h"
+#include "dng/DNGError.h"
+#include "dng/DNGReader.h"
+#include "dng/RawPlaneSource.h"
+#include "dng/SourceImage.h"
+#include "platform/HugePages.h"
+#include "platform/Text.h"
+#include "repair/DefectMap.h"
+
+#include <span>
+#include <system_error>
+
+namespace tessaly {
+namespace {
+
+// By its name alone, before the file is opened.
+void requireOpenFormat(const std::filesystem::path& source) {
+  if (DNGReader::isProprietaryExtension(lowerCasedExtension(source))) throw DNGError::unsupported("Proprietary RAW");
+}
+
+// What a file does not fit costs no more than its metadata.
+void requireRepairable(const DNGMetadata& metadata, const CameraProfile& profile) {
+  if (const auto reason = DNGReader::supportReason(metadata)) throw DNGError::unsupported(*reason);
+  profile.validate(metadata);
+}
+
+// Makes room for a plane without copying or clearing what an earlier file left.
+std::span<std::uint16_t> plane(RawSamples& samples, std::int64_t count) {
+  const auto size = static_cast<std::size_t>(count);
+  if (samples.capacity() < size) {
+    RawSamples().swap(samples);  // the old memory goes before the new one comes
+    samples.reserve(size);
+    preferHugePages({reinterpret_cast<std::byte*>(samples.data()), size * sizeof(std::uint16_t)});
+  }
+  samples.resize(size);
+  return samples;
+}
+
+std::int64_t sizeOf(const std::filesystem::path& file) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(file, error);
+  return error ? 0 : static_cast<std::int64_t>(size);
+}
+
+DNGWriteResult repairOpenSource(const SourceImage& source, const std::filesystem::path& destination,
+                                const CameraProfile& profile, RepairWorkspace& workspace, FileSystem& system) {
+  const DNGMetadata& metadata = source.metadata();
+  requireRepairable(metadata, profile);
+  const std::span<std::uint16_t> samples = plane(workspace.samples, metadata.pixelCount());
+  RawPlaneSource(source.container().file(), metadata).readInto(samples);
+  const DefectMap defects(profile, metadata.rawWidth, metadata.rawHeight);
+  const RepairReport report = RepairEngine::repair(samples, metadata, defects);
+  const std::vector<SampleRun> runs = defects.all.runs();
+  const CopyRequest request{destination, samples, ChangedSamples(runs), false, std::nullopt};
+  checkRequest(source.url(), request);
+  workspace.buffer.resize(copyBufferSize);
+  writeCopy(source, request, workspace.buffer, system);
+  return {destination, report, sizeOf(source.url())};
+}
+
+}  // namespace
+
+// The source is opened once: its metadata, its samples and the bytes of its copy come from the same file even when
+// another takes its name meanwhile.
+DNGWriteResult DNGWriter::repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
+                                     const CameraProfile& profile, RepairWorkspace& workspace, FileSystem& system) {
+  try {
+    requireOpenFormat(source);
+    return repairOpenSource(SourceImage(source), destination, profile, workspace, system);
+  } catch (const std::exception& error) {
+    throw DNGError::contextualize(error, source);
+  }
+}
+
+DNGWriteResult DNGWriter::repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
+                                     const CameraProfile& profile) {
+  RepairWorkspace workspace;
+  return repairCopy(source, destination, profile, workspace);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,88 @@
+#include "repair/SampleMask.h"
+
+#include <algorithm>
+#include <cassert>
+#include <new>
+
+namespace tessaly {
+namespace {
+
+/// The bits `first` to `last` of a word.
+std::uint64_t bitRange(std::int64_t first, std::int64_t last) {
+  const std::uint64_t upTo = last == 63 ? ~std::uint64_t{0} : (std::uint64_t{1} << (last + 1)) - 1;
+  return upTo & ~((std::uint64_t{1} << first) - 1);
+}
+
+}  // namespace
+
+SampleMask::SampleMask(std::int64_t width, std::int64_t height)
+    : wordsPerRow_((width + 63) / 64), extents_(static_cast<std::size_t>(height)) {
+  // calloc, because fresh zero pages cost nothing until they are touched.
+  const auto count = static_cast<std::size_t>(std::max<std::int64_t>(wordsPerRow_ * height, 1));
+  words_.reset(static_cast<std::uint64_t*>(std::calloc(count, sizeof(std::uint64_t))));
+  if (words_ == nullptr) throw std::bad_alloc();
+}
+
+void SampleMask::widen(Extent& extent, std::int64_t first, std::int64_t last) {
+  if (first > last) return;
+  const bool wasEmpty = extent.first > extent.last;
+  extent = wasEmpty ? Extent{first, last} : Extent{std::min(extent.first, first), std::max(extent.last, last)};
+}
+
+void SampleMask::add(std::int64_t row, std::int64_t first, std::int64_t last) {
+  assert(first >= 0 && last < wordsPerRow_ * 64 && row >= 0 && row < static_cast<std::int64_t>(extents_.size()));
+  if (first > last) return;
+  widen(extents_[static_cast<std::size_t>(row)], first >> 6, last >> 6);
+  for (std::int64_t word = first >> 6; word <= last >> 6; ++word) {
+    const std::int64_t from = std::max(first - word * 64, std::int64_t{0});
+    const std::int64_t to = std::min(last - word * 64, std::int64_t{63});
+    words_[wordIndex(word * 64, row)] |= bitRange(from, to);
+  }
+}
+
+void SampleMask::subtract(const SampleMask& other) {
+  for (std::size_t row = 0; row < extents_.size(); ++row) {
+    const std::int64_t first = std::max(extents_[row].first, other.extents_[row].first);
+    const std::int64_t last = std::min(extents_[row].last, other.extents_[row].last);
+    for (std::int64_t word = first; word <= last; ++word) {
+      const std::size_t index = wordIndex(word * 64, static_cast<std::int64_t>(row));
+      words_[index] &= ~other.words_[index];
+    }
+  }
+}
+
+void SampleMask::unite(const SampleMask& other) {
+  for (std::size_t row = 0; row < extents_.size(); ++row) {
+    const Extent& theirs = other.extents_[row];
+    widen(extents_[row], theirs.first, theirs.last);
+    for (std::int64_t word = theirs.first; word <= theirs.last; ++word) {
+      const std::size_t index = wordIndex(word * 64, static_cast<std::int64_t>(row));
+      words_[index] |= other.words_[index];
+    }
+  }
+}
+
+std::int64_t SampleMask::count() const {
+  std::int64_t total = 0;
+  for (std::size_t row = 0; row < extents_.size(); ++row) {
+    for (std::int64_t word = extents_[row].first; word <= extents_[row].last; ++word) {
+      total += __builtin_popcountll(words_[wordIndex(word * 64, static_cast<std::int64_t>(row))]);
+    }
+  }
+  return total;
+}
+
+std::vector<SampleRun> SampleMask::runs() const {
+  std::vector<SampleRun> result;
+  forEach([&](std::int64_t x, std::int64_t y) {
+    const bool continues = !result.empty() && result.back().row == y && result.back().column + result.back().count == x;
+    if (continues) {
+      ++result.back().count;
+    } else {
+      result.push_back({y, x, 1});
+    }
+  });
+  return result;
+}
+
+}  // namespace tessaly
