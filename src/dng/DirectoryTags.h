@@ -27,11 +27,8 @@ class DirectoryTags {
     return container_.firstInt(field(tag)).value_or(byDefault);
   }
 
-  /// The number of values; 0 for an absent tag. Throws what reading them would throw, but reads none into memory.
-  [[nodiscard]] std::int64_t count(std::int64_t tag) const {
-    container_.checkNumbers(field(tag));
-    return has(tag) ? field(tag)->count : 0;
-  }
+  /// The number of values as the entry claims it, before any of them is read; 0 for an absent tag.
+  [[nodiscard]] std::int64_t count(std::int64_t tag) const { return has(tag) ? field(tag)->count : 0; }
 
   [[nodiscard]] std::vector<std::int64_t> ints(std::int64_t tag) const { return container_.ints(field(tag)); }
   [[nodiscard]] std::vector<double> numbers(std::int64_t tag) const { return container_.numbers(field(tag)); }
