@@ -267,6 +267,8 @@ class Disturber {
 
 TEST_F(Faults, SourcesThatChangeWhileTheyAreReadGiveWholeCopiesOrNone) {
   const Path side = folder / "side.dng";
+  std::int64_t succeeded = 0;
+  std::int64_t failed = 0;
   for (int round = 0; round < 25; ++round) {
     const Path into = folder / ("output" + std::to_string(round));
     Outcome disturbed;
@@ -295,8 +297,14 @@ TEST_F(Faults, SourcesThatChangeWhileTheyAreReadGiveWholeCopiesOrNone) {
       disturbed.summary = processor.processFiles(files, into, scene.profile(), 2, withLog, nullptr, nullptr);
     }
     if (disturbed.summary.total != 0) expectExactlyTheCopiesThatSucceeded(disturbed, into);
+    succeeded += disturbed.summary.succeeded;
+    failed += disturbed.summary.failed;
     scene.restore();
   }
+  EXPECT_GT(succeeded, 0) << "the disturbance was too strong to prove anything";
+  EXPECT_GT(failed, 0) << "the disturbance was too weak to prove anything";
+  RecordProperty("succeeded", std::to_string(succeeded));
+  RecordProperty("failed", std::to_string(failed));
 }
 
 }  // namespace
