@@ -251,7 +251,7 @@ TEST_F(RepairTest, ThatCannotWriteItsLogSaysSoAndFails) {
   // The copy exists already, so that the log is the only thing that the limit refuses.
   ASSERT_EQ(run({"repair", "photos", "--profile", "p.json", "--no-log"}).status, 0);
   const ProgramResult result = run({"repair", "photos", "--profile", "p.json"}, [] {
-    const rlimit bytes{0, 0};
+    const rlimit bytes{16, 16};
     setrlimit(RLIMIT_FSIZE, &bytes);
     int ends[2];
     if (pipe(ends) != 0) _exit(125);
