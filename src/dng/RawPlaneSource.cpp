@@ -7,17 +7,11 @@
 #include "dng/StoredRows.h"
 
 #include <algorithm>
-#include <bit>
 #include <cassert>
+#include <cstring>
 
 namespace tessaly {
 namespace {
-
-// Whether stored bytes are samples in memory already.
-bool isNative(const SampleFormat& format) {
-  return format.bits == 16 && format.littleEndian && !format.reversedBytes &&
-         std::endian::native == std::endian::little;
-}
 
 std::span<std::uint16_t> part(std::span<std::uint16_t> plane, const SampleRun& run, std::int64_t rawWidth) {
   return plane.subspan(static_cast<std::size_t>(run.row * rawWidth + run.column), static_cast<std::size_t>(run.count));
@@ -48,7 +42,7 @@ void RawPlaneSource::readInto(std::span<std::uint16_t> plane) const {
   assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
   const SampleFormat format = SampleFormat::of(metadata_);
   const DNGSourceEncoding& encoding = *metadata_.sourceEncoding;
-  if (isNative(format) && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
+  if (format.isNative() && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
   forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
     const std::span<std::uint16_t> samples = part(plane, run, metadata_.rawWidth);
     unpackSamples(format, bytes, samples);
@@ -78,9 +72,19 @@ void RawPlaneSource::forEachStoredRun(const RunVisitor& visit) const {
 bool RawPlaneSource::matches(std::span<const std::uint16_t> plane) const {
   assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
   bool equal = true;
-  forEachRun([&](const SampleRun& run, std::span<const std::uint16_t> samples) {
+  const RunVisitor compare = [&](const SampleRun& run, std::span<const std::uint16_t> samples) {
     equal = equal && std::ranges::equal(samples, part(plane, run, metadata_.rawWidth));
-  });
+  };
+  if (!metadata_.sourceEncoding->linearization.empty()) {
+    forEachRun(compare);
+  } else if (!SampleFormat::of(metadata_).isNative()) {
+    forEachStoredRun(compare);
+  } else {
+    forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
+      const std::span<const std::uint16_t> samples = part(plane, run, metadata_.rawWidth);
+      equal = equal && std::memcmp(bytes.data(), samples.data(), samples.size_bytes()) == 0;
+    });
+  }
   return equal;
 }
 

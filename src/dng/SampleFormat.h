@@ -8,6 +8,7 @@
 
 #include "dng/DNGMetadata.h"
 
+#include <bit>
 #include <cassert>
 #include <cstdint>
 
@@ -29,6 +30,11 @@ struct SampleFormat {
   }
 
   [[nodiscard]] std::int64_t bytesPerGroup() const { return bits / 2; }
+
+  /// Whether stored samples are samples in memory, byte for byte.
+  [[nodiscard]] bool isNative() const {
+    return bits == 16 && littleEndian && !reversedBytes && std::endian::native == std::endian::little;
+  }
 
   /// The bytes that hold `count` samples from a group boundary on; the last one may hold padding bits too.
   [[nodiscard]] std::int64_t byteCount(std::int64_t count) const { return (count * bits + 7) / 8; }

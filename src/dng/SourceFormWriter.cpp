@@ -4,8 +4,7 @@
 #include "dng/SamplePacker.h"
 #include "dng/SampleUnpacker.h"
 #include "dng/SourceBytes.h"
-
-#include <fmt/format.h>
+#include "dng/StoredRows.h"
 
 #include <algorithm>
 #include <cassert>
@@ -49,13 +48,9 @@ void SourceFormWriter::requireSegments() const {
 }
 
 void SourceFormWriter::requireDepth() const {
-  const auto fits = [this](std::span<const std::uint16_t> samples) { return fitsDepth(format_, samples); };
-  const auto runFits = [&](const SampleRun& run) {
-    const std::int64_t first = run.row * source_.metadata().rawWidth + run.column;
-    return fits(plane_.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(run.count)));
-  };
-  const bool allFit =
-      changed_.all() ? fits(plane_) : std::all_of(changed_.runs().begin(), changed_.runs().end(), runFits);
+  const auto runFits = [this](const SampleRun& run) { return fitsDepth(format_, samplesOf(run)); };
+  const bool allFit = changed_.all() ? fitsDepth(format_, plane_)
+                                     : std::all_of(changed_.runs().begin(), changed_.runs().end(), runFits);
   if (!allFit) throw DNGError::invalid("Sample exceeds source bit depth");
 }
 
@@ -102,20 +97,40 @@ std::int64_t SourceFormWriter::endOfGroup(const Segment& segment, std::int64_t r
 
 void SourceFormWriter::writeRows(PartialFile& file, const Segment& segment, const Rows& rows,
                                  std::span<std::byte> buffer) {
+  const std::int64_t start = source_.encoding().offsets[static_cast<std::size_t>(segment.index)];
+  const std::int64_t offset = start + (rows.first - segment.y) * layout_.rowBytes();
+  copyUpTo(file, offset, buffer);
+  const SampleRun wholeRows{rows.first, 0, (rows.last - rows.first) * source_.metadata().rawWidth};
+  const std::span<const std::byte> bytes =
+      planeHoldsStoredRows() ? std::as_bytes(samplesOf(wholeRows)) : patchedRows(segment, rows, buffer);
+  file.writeAt(offset, bytes);
+  position_ = std::max(position_, offset + std::ssize(bytes));
+}
+
+// Then the source need not be read again.
+bool SourceFormWriter::planeHoldsStoredRows() const {
+  return format_.isNative() && !layout_.isTiled() && !inverse_;
+}
+
+std::span<const std::byte> SourceFormWriter::patchedRows(const Segment& segment, const Rows& rows,
+                                                         std::span<std::byte> buffer) {
   const std::int64_t rowBytes = layout_.rowBytes();
   const std::int64_t start = source_.encoding().offsets[static_cast<std::size_t>(segment.index)];
-  const std::int64_t offset = start + (rows.first - segment.y) * rowBytes;
   const std::span<std::byte> bytes = part(buffer, 0, (rows.last - rows.first) * rowBytes);
-  copyUpTo(file, offset, buffer);
-  if (source_.container().file().readAt(offset, bytes) < bytes.size()) {
-    throw DNGError::truncated(fmt::format("Raw segment {}", segment.index));
+  if (source_.container().file().readAt(start + (rows.first - segment.y) * rowBytes, bytes) < bytes.size()) {
+    throwSegmentTruncated(segment.index);
   }
   for (std::int64_t row = rows.first; row < rows.last; ++row) {
     const std::span<std::byte> stored = part(bytes, (row - rows.first) * rowBytes, rowBytes);
     changed_.forEachRun(segment, row, [&](const SampleRun& run) { patch(stored, segment, run); });
   }
-  file.writeAt(offset, bytes);
-  position_ = std::max(position_, offset + std::ssize(bytes));
+  return bytes;
+}
+
+// The samples of a run that may go on into the rows below.
+std::span<const std::uint16_t> SourceFormWriter::samplesOf(const SampleRun& run) const {
+  const std::int64_t first = run.row * source_.metadata().rawWidth + run.column;
+  return plane_.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(run.count));
 }
 
 void SourceFormWriter::copyUpTo(PartialFile& file, std::int64_t end, std::span<std::byte> buffer) {
@@ -129,14 +144,12 @@ void SourceFormWriter::patch(std::span<std::byte> row, const Segment& segment, c
   const std::int64_t first = run.column - segment.x;
   const std::int64_t lead = first % SampleFormat::samplesPerGroup;
   const std::int64_t groupStart = (first - lead) / SampleFormat::samplesPerGroup * format_.bytesPerGroup();
-  const auto count = static_cast<std::size_t>(run.count);
-  const auto plane = static_cast<std::size_t>(run.row * source_.metadata().rawWidth + run.column);
-  const std::span<const std::uint16_t> samples = plane_.subspan(plane, count);
+  const std::span<const std::uint16_t> samples = samplesOf(run);
   const std::span<std::byte> bytes = part(row, groupStart, format_.byteCount(lead + run.count));
   if (lead == 0 && !inverse_) return packSamples(format_, samples, bytes);
-  codes_.resize(static_cast<std::size_t>(lead) + count);
+  codes_.resize(static_cast<std::size_t>(lead) + samples.size());
   unpackSamples(format_, bytes, codes_);
-  replaceCodes(samples, std::span(codes_).last(count));
+  replaceCodes(samples, std::span(codes_).last(samples.size()));
   packSamples(format_, codes_, bytes);
 }
 
