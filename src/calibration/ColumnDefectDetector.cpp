@@ -180,9 +180,8 @@ std::vector<ColumnDetection> detect(std::span<const ColumnFrameEvidence> frames,
 }  // namespace ColumnDefectDetector
 
 namespace CalibrationEngine {
-namespace {
 
-CalibrationCandidate candidate(const ColumnDetection& detection, const DNGMetadata& metadata) {
+CalibrationCandidate lineCandidate(const ColumnDetection& detection, const DNGMetadata& metadata) {
   CalibrationCandidate line;
   line.id = UUID::random();
   line.kind = CalibrationCandidate::Kind::line;
@@ -200,13 +199,11 @@ CalibrationCandidate candidate(const ColumnDetection& detection, const DNGMetada
   return line;
 }
 
-}  // namespace
-
 std::vector<CalibrationCandidate> detectColumns(std::span<const ColumnFrameEvidence> frames,
                                                 const DNGMetadata& metadata) {
   std::vector<CalibrationCandidate> lines;
   for (const ColumnDetection& detection : ColumnDefectDetector::detect(frames, metadata.activeWidth))
-    lines.push_back(candidate(detection, metadata));
+    lines.push_back(lineCandidate(detection, metadata));
   return lines;
 }
 

@@ -42,7 +42,10 @@ inline constexpr double minimumAgreement = 0.9;
 
 namespace CalibrationEngine {
 
-/// Lines over the full active height, in raw coordinates.
+/// A line over the full active height, in raw coordinates.
+[[nodiscard]] CalibrationCandidate lineCandidate(const ColumnDetection& detection, const DNGMetadata& metadata);
+
+/// The lines of all detections.
 [[nodiscard]] std::vector<CalibrationCandidate> detectColumns(std::span<const ColumnFrameEvidence> frames,
                                                               const DNGMetadata& metadata);
 
