@@ -7,7 +7,6 @@
 #include "dng/SourceImage.h"
 #include "platform/HugePages.h"
 #include "platform/Text.h"
-#include "repair/DefectMap.h"
 
 #include <span>
 #include <system_error>
@@ -38,6 +37,12 @@ std::span<std::uint16_t> plane(RawSamples& samples, std::int64_t count) {
   return samples;
 }
 
+// The files of a batch share one profile, and a profile that fits two files fits planes of one size.
+const MappedDefects& mapped(const CameraProfile& profile, std::optional<MappedDefects>& last) {
+  const bool isKnown = last && last->profile == profile;
+  return isKnown ? *last : last.emplace(profile);
+}
+
 std::int64_t sizeOf(const std::filesystem::path& file) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
@@ -50,10 +55,9 @@ DNGWriteResult repairOpenSource(const SourceImage& source, const std::filesystem
   requireRepairable(metadata, profile);
   const std::span<std::uint16_t> samples = plane(workspace.samples, metadata.pixelCount());
   RawPlaneSource(source.container().file(), metadata).readInto(samples);
-  const DefectMap defects(profile, metadata.rawWidth, metadata.rawHeight);
-  const RepairReport report = RepairEngine::repair(samples, metadata, defects);
-  const std::vector<SampleRun> runs = defects.all.runs();
-  const CopyRequest request{destination, samples, ChangedSamples(runs), false, std::nullopt};
+  const MappedDefects& defects = mapped(profile, workspace.defects);
+  const RepairReport report = RepairEngine::repair(samples, metadata, defects.map);
+  const CopyRequest request{destination, samples, ChangedSamples(defects.runs), false, std::nullopt};
   checkRequest(source.url(), request);
   workspace.buffer.resize(copyBufferSize);
   writeCopy(source, request, workspace.buffer, system);
@@ -61,6 +65,9 @@ DNGWriteResult repairOpenSource(const SourceImage& source, const std::filesystem
 }
 
 }  // namespace
+
+MappedDefects::MappedDefects(const CameraProfile& from)
+    : profile(from), map(from, from.rawWidth, from.rawHeight), runs(map.all.runs()) {}
 
 // The source is opened once: its metadata, its samples and the bytes of its copy come from the same file even when
 // another takes its name meanwhile.

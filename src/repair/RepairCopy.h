@@ -6,11 +6,13 @@
 #include "dng/RawPlane.h"
 #include "platform/FileSystem.h"
 #include "profile/CameraProfile.h"
+#include "repair/DefectMap.h"
 #include "repair/RepairEngine.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace tessaly {
@@ -21,11 +23,21 @@ struct DNGWriteResult {
   std::int64_t sourceBytes = 0;  ///< size of the source after the copy was written; 0 when it cannot be told
 };
 
-/// Memory that a worker keeps from file to file, because touching fresh memory costs more than repairing a photograph.
-/// It grows to the largest file and holds nothing that a later file sees. Used by one thread at a time.
+/// A profile's defects, worked out for the plane that it fits.
+struct MappedDefects {
+  explicit MappedDefects(const CameraProfile& from);
+
+  CameraProfile profile;
+  DefectMap map;
+  std::vector<SampleRun> runs;  ///< of all samples that the map covers
+};
+
+/// What a worker keeps from file to file, because touching fresh memory costs more than repairing a photograph. It
+/// grows to the largest file; no result depends on what an earlier file left. Used by one thread at a time.
 struct RepairWorkspace {
   RawSamples samples;
   std::vector<std::byte, UninitializedAllocator<std::byte>> buffer;
+  std::optional<MappedDefects> defects;  ///< of the profile that was used last
 };
 
 namespace DNGWriter {
