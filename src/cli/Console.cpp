@@ -7,6 +7,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -29,13 +30,13 @@ std::span<const std::byte> bytesOf(std::string_view text) {
   return std::as_bytes(std::span(text.data(), text.size()));
 }
 
-bool isControl(unsigned char byte) {
-  return byte < 0x20 || byte == 0x7F;
-}
-
-/// U+0080 to U+009F, which some terminals obey, are C2 80 to C2 9F.
-bool isEncodedControl(std::string_view text) {
-  return text.size() >= 2 && text[0] == '\xC2' && static_cast<unsigned char>(text[1]) < 0xA0;
+/// The length of the control character or line break at the start of the text; 0 when there is none. U+0080 to U+009F,
+/// which some terminals obey, are C2 80 to C2 9F; U+2028 and U+2029 separate lines and paragraphs.
+std::size_t controlLength(std::string_view text) {
+  const auto byte = static_cast<unsigned char>(text.front());
+  if (byte < 0x20 || byte == 0x7F) return 1;
+  if (text.size() >= 2 && byte == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0) return 2;
+  return text.starts_with("\u2028") || text.starts_with("\u2029") ? 3 : 0;
 }
 
 }  // namespace
@@ -68,10 +69,10 @@ std::size_t terminalWidth() {
 
 std::string singleLine(std::string_view text) {
   std::string line;
-  for (; !text.empty(); text.remove_prefix(1)) {
-    const bool encoded = isEncodedControl(text);
-    line += encoded || isControl(static_cast<unsigned char>(text.front())) ? ' ' : text.front();
-    if (encoded) text.remove_prefix(1);
+  while (!text.empty()) {
+    const std::size_t control = controlLength(text);
+    line += control > 0 ? ' ' : text.front();
+    text.remove_prefix(std::max<std::size_t>(control, 1));
   }
   return line;
 }

@@ -25,8 +25,8 @@ void draw(std::string_view text);
 /// The number of columns of the terminal on standard error.
 [[nodiscard]] std::size_t terminalWidth();
 
-/// The text with a blank for every control character, so that a file's name can neither break a line nor steer a
-/// terminal.
+/// The text with a blank for every control character and line break, so that a file's name can neither break a line nor
+/// steer a terminal.
 [[nodiscard]] std::string singleLine(std::string_view text);
 
 /// Makes the standard descriptors safe to use: with one of them closed the next file opened would take its number and

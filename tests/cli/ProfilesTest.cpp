@@ -49,7 +49,7 @@ TEST_F(ProfilesTest, AreListedOneALineInNaturalOrder) {
   store(profile);
   CameraProfile other = profile;
   other.id = UUID::random();
-  other.name = "body 10\twith\na break";
+  other.name = "body 10\twith\na\u2028break";
   other.cameraSerial.reset();
   other.spots.reset();
   other.pixels.clear();
