@@ -105,13 +105,15 @@ class Analysis {
 
   void findTrails() {
     const std::vector<TrailSeed> seeds = trailSeeds(pixels_, intake_.reference);
+    TrailSamples samples(seeds, intake_.reference);
+    const WantedSamples wanted = [&samples](std::int64_t row) { return samples.ofRow(row); };
     std::vector<TrailFrameEvidence> evidence;
     for (const CalibrationGroup& group : intake_.groups) {
       if (!group.isMeasured()) continue;
       for (const std::filesystem::path& url : group.urls) {
         report("Checking partial defective column in ", url);
         if (seeds.empty()) continue;
-        DNGReader::readRaw(url, intake_.reference, samples_);
+        DNGReader::readRaw(url, intake_.reference, wanted, samples_);
         evidence.push_back(trailFrameEvidence(samples_, group.key, seeds, intake_.reference, threads_));
       }
     }

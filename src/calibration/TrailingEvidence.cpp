@@ -34,9 +34,12 @@ struct TrailRows {
 };
 
 // An odd step on a mosaic, so that both rows of the colour cell take turns.
+std::int64_t rowStep(const DNGMetadata& metadata) {
+  return metadata.cfaLayout ? 7 : 8;
+}
+
 TrailRows trailRows(const TrailSeed& seed, const DNGMetadata& metadata) {
-  return {seed.y + rowsSkippedBelowSeed, metadata.activeY + metadata.activeHeight - bottomMargin,
-          metadata.cfaLayout ? 7 : 8};
+  return {seed.y + rowsSkippedBelowSeed, metadata.activeY + metadata.activeHeight - bottomMargin, rowStep(metadata)};
 }
 
 bool isUsable(const TrailSeed& seed, const DNGMetadata& metadata) {
@@ -94,20 +97,30 @@ TrailFrameEvidence trailFrameEvidence(std::span<const std::uint16_t> raw, std::s
   return evidence;
 }
 
-std::vector<SampleRun> trailSamples(std::int64_t row, std::span<const TrailSeed> seeds, const DNGMetadata& metadata) {
-  const std::int64_t reach = farthestColumn + ResidualScale(metadata).offsets.back();
-  std::vector<SampleRun> runs;
-  for (const TrailSeed& seed : seeds) {
-    if (!trailRows(seed, metadata).contains(row)) continue;
-    const std::int64_t first = seed.x - reach;
-    const std::int64_t end = seed.x + reach + 1;
-    if (!runs.empty() && runs.back().column + runs.back().count >= first) {
-      runs.back().count = end - runs.back().column;
-    } else {
-      runs.push_back({row, first, end - first});
-    }
+TrailSamples::TrailSamples(std::span<const TrailSeed> seeds, const DNGMetadata& metadata)
+    : metadata_(metadata),
+      reach_(farthestColumn + ResidualScale(metadata).offsets.back()),
+      seeds_(static_cast<std::size_t>(rowStep(metadata))) {
+  for (const TrailSeed& seed : seeds)
+    seeds_[static_cast<std::size_t>(trailRows(seed, metadata).first % rowStep(metadata))].push_back(seed);
+}
+
+std::span<const SampleRun> TrailSamples::ofRow(std::int64_t row) {
+  runs_.clear();
+  for (const TrailSeed& seed : seeds_[static_cast<std::size_t>(row % rowStep(metadata_))]) {
+    if (trailRows(seed, metadata_).contains(row)) add({row, seed.x - reach_, 2 * reach_ + 1});
   }
-  return runs;
+  return runs_;
+}
+
+// Seeds come from left to right; what overlaps or touches is one run.
+void TrailSamples::add(const SampleRun& run) {
+  const bool isApart = runs_.empty() || runs_.back().column + runs_.back().count < run.column;
+  if (isApart) {
+    runs_.push_back(run);
+  } else {
+    runs_.back().count = run.column + run.count - runs_.back().column;
+  }
 }
 
 }  // namespace tessaly::CalibrationEngine

@@ -35,14 +35,27 @@ namespace CalibrationEngine {
                                                 const DNGMetadata& metadata);
 
 /// Measures a frame, given as its full raw plane, on up to `threads` threads. `raw` need only hold the samples of
-/// trailSamples.
+/// TrailSamples.
 [[nodiscard]] TrailFrameEvidence trailFrameEvidence(std::span<const std::uint16_t> raw, std::string exposureKey,
                                                     std::span<const TrailSeed> seeds, const DNGMetadata& metadata,
                                                     int threads);
 
-/// The samples of one row that the measurement looks at: runs that do not overlap, from left to right.
-[[nodiscard]] std::vector<SampleRun> trailSamples(std::int64_t row, std::span<const TrailSeed> seeds,
-                                                  const DNGMetadata& metadata);
+/// The samples that the measurement looks at. Used by one thread.
+class TrailSamples {
+ public:
+  TrailSamples(std::span<const TrailSeed> seeds, const DNGMetadata& metadata);
+
+  /// Those of a raw row: runs that do not overlap, from left to right. Valid until the next call.
+  [[nodiscard]] std::span<const SampleRun> ofRow(std::int64_t row);
+
+ private:
+  void add(const SampleRun& run);
+
+  const DNGMetadata& metadata_;
+  std::int64_t reach_;                         ///< columns on either side of a seed
+  std::vector<std::vector<TrailSeed>> seeds_;  ///< by the remainder of the rows that they share
+  std::vector<SampleRun> runs_;
+};
 
 }  // namespace CalibrationEngine
 }  // namespace tessaly

@@ -60,7 +60,9 @@ std::vector<std::byte> readBlock(const InputFile& file, const DNGMetadata& metad
   return block;
 }
 
-void readSamples(const DNGContainer& container, const DNGMetadata& metadata, RawSamples& samples) {
+// Without `wanted` all samples.
+void readSamples(const DNGContainer& container, const DNGMetadata& metadata, const WantedSamples& wanted,
+                 RawSamples& samples) {
   const DNGMetadata fresh = parseMetadata(container);
   requireSameImage(metadata, fresh);
   requireSupported(fresh);
@@ -70,7 +72,8 @@ void readSamples(const DNGContainer& container, const DNGMetadata& metadata, Raw
   }
   samples.clear();  // so that growing copies nothing
   samples.resize(static_cast<std::size_t>(fresh.pixelCount()));
-  RawPlaneSource(container.file(), fresh).readInto(samples);
+  const RawPlaneSource source(container.file(), fresh);
+  return wanted ? source.readInto(samples, wanted) : source.readInto(samples);
 }
 
 }  // namespace
@@ -100,7 +103,12 @@ DNGMetadata readMetadata(const std::filesystem::path& url) {
 }
 
 void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, RawSamples& samples) {
-  inContext(url, [&] { readSamples(openContainer(url), metadata, samples); });
+  readRaw(url, metadata, nullptr, samples);
+}
+
+void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, const WantedSamples& wanted,
+             RawSamples& samples) {
+  inContext(url, [&] { readSamples(openContainer(url), metadata, wanted, samples); });
 }
 
 RawSamples readRaw(const std::filesystem::path& url, const DNGMetadata& metadata) {

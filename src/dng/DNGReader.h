@@ -25,6 +25,10 @@ namespace tessaly::DNGReader {
 /// The same into a buffer that the caller keeps from file to file. On an error its contents are unspecified.
 void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, RawSamples& samples);
 
+/// The same for the wanted samples only; what the others then are is unspecified.
+void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, const WantedSamples& wanted,
+             RawSamples& samples);
+
 [[nodiscard]] RawPlane readPlane(const std::filesystem::path& url);
 
 /// The 23 extensions, lower-case, of cameras' own raw formats, which are refused unread.

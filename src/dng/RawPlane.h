@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -47,5 +49,8 @@ struct SampleRun {
 
   bool operator==(const SampleRun&) const = default;
 };
+
+/// Which samples of a row are wanted, as runs from left to right that do not overlap; valid until the next call.
+using WantedSamples = std::function<std::span<const SampleRun>(std::int64_t row)>;
 
 }  // namespace tessaly

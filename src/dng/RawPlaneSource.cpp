@@ -36,7 +36,32 @@ void readNativeStrips(const InputFile& file, const DNGMetadata& metadata, std::s
   }
 }
 
+// The part of a stored row that a wanted run covers, from the group boundary at or before it on: there unpacking can
+// start. Empty when they have no column in common.
+SampleRun unpackedPart(const SampleRun& stored, const SampleRun& wanted) {
+  const std::int64_t first = std::max(wanted.column - stored.column, std::int64_t{0});
+  const std::int64_t end = std::min(wanted.column + wanted.count - stored.column, stored.count);
+  const std::int64_t start = first / SampleFormat::samplesPerGroup * SampleFormat::samplesPerGroup;
+  return {stored.row, stored.column + start, first < end ? end - start : 0};
+}
+
 }  // namespace
+
+void RawPlaneSource::readInto(std::span<std::uint16_t> plane, const WantedSamples& wanted) const {
+  const SampleFormat format = SampleFormat::of(metadata_);
+  const DNGSourceEncoding& encoding = *metadata_.sourceEncoding;
+  if (format.isNative() && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
+  forEachStoredRow(file_, metadata_, [&](const SampleRun& stored, std::span<const std::byte> bytes) {
+    for (const SampleRun& run : wanted(stored.row)) {
+      const SampleRun unpacked = unpackedPart(stored, run);
+      if (unpacked.count == 0) continue;
+      const std::int64_t skipped = format.byteCount(unpacked.column - stored.column);
+      const std::span<std::uint16_t> samples = part(plane, unpacked, metadata_.rawWidth);
+      unpackSamples(format, bytes.subspan(static_cast<std::size_t>(skipped)), samples);
+      linearize(encoding.linearization, samples);
+    }
+  });
+}
 
 void RawPlaneSource::readInto(std::span<std::uint16_t> plane) const {
   assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());

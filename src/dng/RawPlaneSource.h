@@ -29,6 +29,10 @@ class RawPlaneSource {
   /// Fills a plane of metadata.pixelCount() samples.
   void readInto(std::span<std::uint16_t> plane) const;
 
+  /// Decodes only the wanted samples into such a plane; what the others then are is unspecified. A row may be asked for
+  /// several times.
+  void readInto(std::span<std::uint16_t> plane, const WantedSamples& wanted) const;
+
   /// Visits every sample of the image once, after linearization: segment after segment, row after row in each.
   void forEachRun(const RunVisitor& visit) const;
 

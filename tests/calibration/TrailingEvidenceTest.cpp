@@ -13,7 +13,7 @@ namespace tessaly {
 namespace {
 
 using CalibrationEngine::trailFrameEvidence;
-using CalibrationEngine::trailSamples;
+using CalibrationEngine::TrailSamples;
 using CalibrationEngine::trailSeeds;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -177,9 +177,10 @@ TEST(TrailSamples, AreAllThatTheMeasurementLooksAt) {
     const NoisyFrame noisy(metadata);
     const RawSamples& full = noisy.frame.samples();
     RawSamples part(full.size(), 0xBAD);
+    TrailSamples wanted(noisy.seeds, metadata);
     std::size_t copied = 0;
     for (std::int64_t row = 0; row < metadata.rawHeight; ++row) {
-      for (const SampleRun& run : trailSamples(row, noisy.seeds, metadata)) {
+      for (const SampleRun& run : wanted.ofRow(row)) {
         const auto first = static_cast<std::ptrdiff_t>(row * metadata.rawWidth + run.column);
         std::copy_n(full.begin() + first, run.count, part.begin() + first);
         copied += static_cast<std::size_t>(run.count);
@@ -192,11 +193,18 @@ TEST(TrailSamples, AreAllThatTheMeasurementLooksAt) {
 
 TEST(TrailSamples, JoinRunsThatTouch) {
   const DNGMetadata metadata = mosaicSensor(400, 300);
-  const std::vector<TrailSeed> seeds{{100, 50}, {161, 50}, {250, 50}, {330, 51}};
-  EXPECT_THAT(trailSamples(66, seeds, metadata), ElementsAre(SampleRun{66, 70, 122}, SampleRun{66, 220, 61}));
-  EXPECT_THAT(trailSamples(67, seeds, metadata), ElementsAre(SampleRun{67, 300, 61}));
-  EXPECT_THAT(trailSamples(65, seeds, metadata), IsEmpty());
-  EXPECT_THAT(trailSamples(292, std::vector<TrailSeed>{{100, 24}}, metadata), IsEmpty()) << "the last eight rows";
+  TrailSamples samples(std::vector<TrailSeed>{{100, 50}, {161, 50}, {250, 50}, {330, 51}}, metadata);
+  EXPECT_THAT(samples.ofRow(66), ElementsAre(SampleRun{66, 70, 122}, SampleRun{66, 220, 61}));
+  EXPECT_THAT(samples.ofRow(67), ElementsAre(SampleRun{67, 300, 61}));
+  EXPECT_THAT(samples.ofRow(65), IsEmpty());
+  EXPECT_THAT(samples.ofRow(59), IsEmpty()) << "a step above the first row";
+}
+
+TEST(TrailSamples, EndBeforeTheLastEightRows) {
+  const DNGMetadata metadata = mosaicSensor(400, 300);
+  TrailSamples samples(std::vector<TrailSeed>{{100, 24}}, metadata);
+  EXPECT_THAT(samples.ofRow(285), ElementsAre(SampleRun{285, 70, 61}));
+  EXPECT_THAT(samples.ofRow(292), IsEmpty());
 }
 
 }  // namespace
