@@ -143,7 +143,7 @@ void listNameAndReport(benchmark::State& state) {
     benchmark::DoNotOptimize(summary.succeeded);
   }
   state.counters["per_file"] = benchmark::Counter(static_cast<double>(state.iterations()) * fileCount,
-                                                     benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+                                                  benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(listNameAndReport)->Unit(benchmark::kMicrosecond);
 
