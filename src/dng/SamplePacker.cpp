@@ -63,10 +63,14 @@ void narrowBytes(std::span<const std::uint16_t> samples, std::span<std::byte> by
 }
 
 void packWords(std::span<const std::uint16_t> samples, std::span<std::byte> bytes, bool littleEndian) {
-  const std::size_t low = littleEndian ? 0 : 1;
+  const bool native = littleEndian == (std::endian::native == std::endian::little);
+  if (native) {
+    std::memcpy(bytes.data(), samples.data(), samples.size_bytes());
+    return;
+  }
   for (std::size_t i = 0; i < samples.size(); ++i) {
-    bytes[2 * i + low] = std::byte(samples[i] & 0xFFU);
-    bytes[2 * i + 1 - low] = std::byte(samples[i] >> 8U);
+    const auto swapped = static_cast<std::uint16_t>(samples[i] << 8U | samples[i] >> 8U);
+    std::memcpy(bytes.data() + 2 * i, &swapped, sizeof swapped);
   }
 }
 
