@@ -3,24 +3,29 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <memory>
+#include <cstdint>
 
 namespace tessaly {
 namespace {
 
-constexpr std::size_t hugePageSize = 2 * 1024 * 1024;
+constexpr std::uintptr_t hugePageSize = 2 * 1024 * 1024;
 
 }  // namespace
 
-// The system takes whole pages only, so those that the memory shares with its neighbours are left out. It answers with
-// an error where huge pages are switched off; the memory is as good without.
+// The hint is for whole pages: those that the memory shares with its neighbours may become part of a huge page too,
+// which does them no harm. The system answers with an error where huge pages are switched off; the memory is as good
+// without.
 void preferHugePages(std::span<std::byte> memory) {
-  const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   if (memory.size() < hugePageSize) return;
-  void* start = memory.data();
-  std::size_t length = memory.size();
-  if (std::align(pageSize, pageSize, start, length) == nullptr) return;
-  ::madvise(start, length - length % pageSize, MADV_HUGEPAGE);
+  const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+  const auto start = reinterpret_cast<std::uintptr_t>(memory.data()) / pageSize * pageSize;
+  const auto end = reinterpret_cast<std::uintptr_t>(memory.data()) + memory.size();
+  ::madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+}
+
+std::size_t wholeHugePages(std::size_t bytes) {
+  if (bytes < hugePageSize) return bytes;
+  return (bytes + hugePageSize - 1) / hugePageSize * hugePageSize;
 }
 
 }  // namespace tessaly

@@ -10,4 +10,8 @@ namespace tessaly {
 /// touched yet: 48 MB in pages of 4 KB take 12,000 page faults, and those cost more than decoding a file into them.
 void preferHugePages(std::span<std::byte> memory);
 
+/// The next larger size that fills the last huge page, because the end of any other buffer stays in small pages; what
+/// is smaller than one huge page keeps its size.
+[[nodiscard]] std::size_t wholeHugePages(std::size_t bytes);
+
 }  // namespace tessaly

@@ -30,8 +30,9 @@ std::span<std::uint16_t> plane(RawSamples& samples, std::int64_t count) {
   const auto size = static_cast<std::size_t>(count);
   if (samples.capacity() < size) {
     RawSamples().swap(samples);  // the old memory goes before the new one comes
-    samples.reserve(size);
-    preferHugePages({reinterpret_cast<std::byte*>(samples.data()), size * sizeof(std::uint16_t)});
+    const std::size_t bytes = wholeHugePages(size * sizeof(std::uint16_t));
+    samples.reserve(bytes / sizeof(std::uint16_t));
+    preferHugePages({reinterpret_cast<std::byte*>(samples.data()), bytes});
   }
   samples.resize(size);
   return samples;

@@ -1,5 +1,7 @@
 #include "repair/SampleMask.h"
 
+#include "platform/HugePages.h"
+
 #include <algorithm>
 #include <cassert>
 #include <new>
@@ -17,10 +19,13 @@ std::uint64_t bitRange(std::int64_t first, std::int64_t last) {
 
 SampleMask::SampleMask(std::int64_t width, std::int64_t height)
     : wordsPerRow_((width + 63) / 64), extents_(static_cast<std::size_t>(height)) {
-  // calloc, because fresh zero pages cost nothing until they are touched.
+  // calloc, because fresh zero pages cost nothing until they are touched; huge ones, because a defective column touches
+  // every small one.
   const auto count = static_cast<std::size_t>(std::max<std::int64_t>(wordsPerRow_ * height, 1));
-  words_.reset(static_cast<std::uint64_t*>(std::calloc(count, sizeof(std::uint64_t))));
+  const std::size_t bytes = wholeHugePages(count * sizeof(std::uint64_t));
+  words_.reset(static_cast<std::uint64_t*>(std::calloc(bytes, 1)));
   if (words_ == nullptr) throw std::bad_alloc();
+  preferHugePages({reinterpret_cast<std::byte*>(words_.get()), bytes});
 }
 
 void SampleMask::widen(Extent& extent, std::int64_t first, std::int64_t last) {
