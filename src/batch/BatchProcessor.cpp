@@ -54,9 +54,9 @@ void BatchProcessor::cancel() {
   implementation_->cancelled.set();
 }
 
-void BatchProcessor::process(std::filesystem::path inputDirectory, std::filesystem::path outputDirectory,
+void BatchProcessor::process(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
                              CameraProfile profile, std::int64_t workers, BatchOptions options,
-                             ProgressHandler progress, CompletionHandler completion) {
+                             ProgressHandler progress, const CompletionHandler& completion) {
   assert(!implementation_->thread.joinable());
   BatchOrder order{sourcesInFolder(inputDirectory),
                    standardized(outputDirectory),

@@ -35,8 +35,9 @@ class BatchProcessor {
   void cancel();
 
   /// Starts the run and returns at once. `workers` is clamped to 1…4.
-  void process(std::filesystem::path inputDirectory, std::filesystem::path outputDirectory, CameraProfile profile,
-               std::int64_t workers, BatchOptions options, ProgressHandler progress, CompletionHandler completion);
+  void process(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
+               CameraProfile profile, std::int64_t workers, BatchOptions options, ProgressHandler progress,
+               const CompletionHandler& completion);
 
   /// The same on the caller's thread, with the summary as the result. `file`, when given, is called like `progress`,
   /// before it.

@@ -191,7 +191,7 @@ TEST_F(Faults, ASourceThatVanishesFailsAlone) {
 }
 
 TEST_F(Faults, ASourceThatIsTruncatedFailsAlone) {
-  for (const std::uintmax_t length : {0, 7, 100, 40'000, 98'000}) {
+  for (const std::uintmax_t length : {0U, 7U, 100U, 40'000U, 98'000U}) {
     const Path into = folder / ("output" + std::to_string(length));
     const Outcome disturbed = run(into, [&](const Path& source, const Path&) {
       if (source.filename() == "L1003.dng") std::filesystem::resize_file(source, length);
