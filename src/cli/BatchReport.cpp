@@ -21,7 +21,7 @@ void BatchReport::finished(const BatchFileOutcome& outcome) {
   if (outcome.status == BatchFileOutcome::Status::failed) {
     display_.print({outcome.message, "Cause: " + outcome.technical});
   } else if (!display_.isTerminal()) {
-    display_.print({BatchTexts::progress(progress_)});
+    display_.print({BatchTexts::progressLine(progress_)});
   }
   if (!isStopping_) display_.show(progress_.completed, progress_.total, progress_.currentFilename);
 }

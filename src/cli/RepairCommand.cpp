@@ -122,7 +122,7 @@ ExitStatus repair(const RepairOptions& options, const Context& context) {
   checkSummary(options, sources, profile, output);
   const BatchSummary summary = runBatch(options, sources, profile.profile, output, context.interruption);
   tellFailures(summary, sources, output);
-  Console::write(BatchTexts::alert(summary) + "\n");
+  Console::write(BatchTexts::alertText(summary) + "\n");
   if (!options.summary.empty()) OutputFiles::write(options.summary, batchSummaryJSON(summary).dump(2) + "\n");
   return BatchTexts::isWarning(summary) ? ExitStatus::failed : ExitStatus::done;
 }

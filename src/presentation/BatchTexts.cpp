@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <system_error>
 
 namespace tessaly::BatchTexts {
 namespace {
@@ -43,18 +44,18 @@ std::string logErrorBlock(const BatchSummary& summary) {
 
 }  // namespace
 
-std::string progress(const BatchProgress& progress) {
+std::string progressLine(const BatchProgress& progress) {
   return LF("%d/%d  Success %d  Failed %d  Skipped %d  %@",
             {progress.completed, progress.total, progress.succeeded, progress.failed, progress.skipped,
              progress.currentFilename});
 }
 
-std::string completion(const BatchSummary& summary) {
+std::string statusLine(const BatchSummary& summary) {
   return LF("Complete: %d succeeded, %d failed, %d skipped", {summary.succeeded, summary.failed, summary.skipped}) +
          cancelledSuffix(summary);
 }
 
-std::string alert(const BatchSummary& summary) {
+std::string alertText(const BatchSummary& summary) {
   return fmt::format("{}{}\n\n{}: {}\n{}: {}\n{}: {}{}\n\n{}: {}{}", L("Processing complete"), cancelledSuffix(summary),
                      L("Success"), summary.succeeded, L("Failed"), summary.failed, L("Skipped"), summary.skipped,
                      detailsBlock(summary), L("Log"), logText(summary), logErrorBlock(summary));
@@ -62,6 +63,11 @@ std::string alert(const BatchSummary& summary) {
 
 bool isWarning(const BatchSummary& summary) {
   return summary.failed != 0 || summary.logError;
+}
+
+bool canOpenResults(const BatchSummary& summary, const std::filesystem::path& outputFolder) {
+  std::error_code error;
+  return (summary.succeeded > 0 || summary.skipped > 0) && std::filesystem::is_directory(outputFolder, error);
 }
 
 std::string message(const BatchFailure& failure) {

@@ -12,16 +12,19 @@
 namespace tessaly::BatchTexts {
 
 /// The status while a batch runs.
-[[nodiscard]] std::string progress(const BatchProgress& progress);
+[[nodiscard]] std::string progressLine(const BatchProgress& progress);
 
 /// The status when it has ended.
-[[nodiscard]] std::string completion(const BatchSummary& summary);
+[[nodiscard]] std::string statusLine(const BatchSummary& summary);
 
 /// The alert when it has ended, with the first failures and the log.
-[[nodiscard]] std::string alert(const BatchSummary& summary);
+[[nodiscard]] std::string alertText(const BatchSummary& summary);
 
 /// Whether that alert is a warning rather than a piece of information.
 [[nodiscard]] bool isWarning(const BatchSummary& summary);
+
+/// Whether there is something to look at: a file was repaired or skipped, and the output folder exists.
+[[nodiscard]] bool canOpenResults(const BatchSummary& summary, const std::filesystem::path& outputFolder);
 
 /// The message of a failure as it is shown: that of a whole batch is kept in English.
 [[nodiscard]] std::string message(const BatchFailure& failure);

@@ -5,7 +5,6 @@
 #include "platform/Text.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace tessaly::CalibrationTexts {
 namespace {
@@ -28,17 +27,6 @@ std::string lineRemark(const CalibrationResult& result) {
   return "";
 }
 
-std::string columnClickedMarker(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
-  const std::string filled = L("Column X coordinate filled. Confirm it, then click Add Full Column.");
-  if (!CandidateSelection::isPartialColumn(candidate, metadata)) return filled;
-  // Chinese sets no blank between sentences.
-  const char* const gap = Localization::language() == AppLanguage::chinese ? "" : " ";
-  return filled + gap +
-         LF("This partial defective column starts at y=%d. Including it preserves the detected range; the manual "
-            "button adds a full column.",
-            {candidate.yStart - metadata.activeY});
-}
-
 }  // namespace
 
 std::string progress(const CalibrationProgress& progress) {
@@ -59,25 +47,6 @@ std::string completion(const CalibrationResult& result, double pixelConfidence) 
   return completion(result, std::int64_t{std::ranges::count_if(result.candidates, isPreselectedSpot)});
 }
 
-std::string matchingPixels(double pixelConfidence) {
-  return LF("Included pixels with confidence ≥ %d%%. Columns and fixed spots still require manual review.",
-            {std::int64_t{std::llround(pixelConfidence * 100)}});
-}
-
-std::string markerClicked(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
-  if (candidate.kind == Kind::line) return columnClickedMarker(candidate, metadata);
-  return L(candidate.kind == Kind::spot ? "Spot coordinates and radius filled. Confirm them, then click Add Fixed Spot."
-                                        : "Pixel coordinates filled. Confirm them, then click Add Pixel.");
-}
-
-std::string columnClicked(std::int64_t activeX) {
-  return LF("Active-area coordinate x=%d. If the cyan guide matches the defect, click Add Full Column.", {activeX});
-}
-
-std::string inspecting(const std::filesystem::path& photograph) {
-  return displayName(photograph) + L(". Zoom in, click the vertical defect, then click Add Full Column.");
-}
-
 std::string saved(const CameraProfile& profile, const std::filesystem::path& file) {
   // The sentence that the table translates is older; English alone has an "and" before its last part.
   constexpr const char* english = "Saved “%@”: %d pixels, %d columns, and %d fixed spots.\n\n%@";
@@ -86,16 +55,6 @@ std::string saved(const CameraProfile& profile, const std::filesystem::path& fil
   return Localization::format(Localization::language() == AppLanguage::english ? english : L(key),
                               {profile.name, count(profile.pixels.size()), count(profile.lines.size()), count(spots),
                                displayText(file.native())});
-}
-
-std::string reason(const CalibrationCandidate& candidate) {
-  return Localization::composedText(candidate.reason);
-}
-
-std::string kind(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
-  if (candidate.kind == Kind::pixel) return L("Pixel");
-  if (candidate.kind == Kind::spot) return L("Fixed Spot");
-  return L(CandidateSelection::isPartialColumn(candidate, metadata) ? "Partial Column" : "Column");
 }
 
 std::string includedCount(std::int64_t included, std::int64_t total) {

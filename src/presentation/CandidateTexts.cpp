@@ -2,7 +2,6 @@
 
 #include "calibration/CandidateSelection.h"
 #include "localization/Localization.h"
-#include "presentation/EngineTexts.h"
 
 #include <fmt/format.h>
 
@@ -49,7 +48,7 @@ std::string kind(const CalibrationCandidate& candidate, const DNGMetadata& metad
 std::string position(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
   const std::int64_t x = candidate.x - metadata.activeX;
   const std::int64_t y = candidate.yStart - metadata.activeY;
-  const std::string columns = "x " + range(x, x + candidate.width - 1);
+  std::string columns = "x " + range(x, x + candidate.width - 1);
   switch (kindOf(candidate, metadata)) {
     case Kind::pixel:
       return fmt::format("{}, {}", x, y);
@@ -68,7 +67,7 @@ std::string confidence(const CalibrationCandidate& candidate) {
 }
 
 std::string reason(const CalibrationCandidate& candidate) {
-  return translatedEngineText(candidate.reason);
+  return Localization::composedText(candidate.reason);
 }
 
 }  // namespace tessaly::CandidateTexts

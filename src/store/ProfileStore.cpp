@@ -85,7 +85,7 @@ std::vector<fs::path> files() {
 fs::path save(const CameraProfile& profile) {
   const std::string json = encodeProfile(profile);
   fs::create_directories(directory());
-  const fs::path file = fileOf(profile);
+  fs::path file = fileOf(profile);
   replaceFileAtomically(file, json);
   return file;
 }

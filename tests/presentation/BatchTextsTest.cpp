@@ -1,5 +1,6 @@
 #include "localization/Localization.h"
 #include "presentation/BatchTexts.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,15 +26,16 @@ class BatchTextsTest : public testing::Test {
 
 TEST_F(BatchTextsTest, SayHowFarABatchIsWithTwoBlanksBetweenTheGroups) {
   const BatchProgress progress{10, 3, 1, 2, 0, "L1000123.DNG"};
-  EXPECT_EQ(BatchTexts::progress(progress), "3/10  Success 1  Failed 2  Skipped 0  L1000123.DNG");
+  EXPECT_EQ(BatchTexts::progressLine(progress), "3/10  Success 1  Failed 2  Skipped 0  L1000123.DNG");
   speak(AppLanguage::chinese);
-  EXPECT_EQ(BatchTexts::progress(progress), "3/10  成功 1  失败 2  跳过 0  L1000123.DNG");
+  EXPECT_EQ(BatchTexts::progressLine(progress), "3/10  成功 1  失败 2  跳过 0  L1000123.DNG");
   speak(AppLanguage::french);
-  EXPECT_EQ(BatchTexts::progress(progress), "3/10  Réussis 1  Échecs 2  Ignorés 0  L1000123.DNG");
+  EXPECT_EQ(BatchTexts::progressLine(progress), "3/10  Réussis 1  Échecs 2  Ignorés 0  L1000123.DNG");
 }
 
 TEST_F(BatchTextsTest, TakeAFileNameAsItIs) {
-  EXPECT_EQ(BatchTexts::progress({1, 1, 1, 0, 0, "100%d %@.dng"}), "1/1  Success 1  Failed 0  Skipped 0  100%d %@.dng");
+  EXPECT_EQ(BatchTexts::progressLine({1, 1, 1, 0, 0, "100%d %@.dng"}),
+            "1/1  Success 1  Failed 0  Skipped 0  100%d %@.dng");
 }
 
 TEST_F(BatchTextsTest, SayHowABatchEnded) {
@@ -41,20 +43,20 @@ TEST_F(BatchTextsTest, SayHowABatchEnded) {
   summary.succeeded = 8;
   summary.failed = 1;
   summary.skipped = 2;
-  EXPECT_EQ(BatchTexts::completion(summary), "Complete: 8 succeeded, 1 failed, 2 skipped");
+  EXPECT_EQ(BatchTexts::statusLine(summary), "Complete: 8 succeeded, 1 failed, 2 skipped");
   summary.cancelled = true;
-  EXPECT_EQ(BatchTexts::completion(summary), "Complete: 8 succeeded, 1 failed, 2 skipped (Cancelled)");
+  EXPECT_EQ(BatchTexts::statusLine(summary), "Complete: 8 succeeded, 1 failed, 2 skipped (Cancelled)");
   speak(AppLanguage::french);
-  EXPECT_EQ(BatchTexts::completion(summary), "Terminé : 8 réussis, 1 échecs, 2 ignorés (Annulé)");
+  EXPECT_EQ(BatchTexts::statusLine(summary), "Terminé : 8 réussis, 1 échecs, 2 ignorés (Annulé)");
   speak(AppLanguage::chinese);
-  EXPECT_EQ(BatchTexts::completion(summary), "完成：成功 8，失败 1，跳过 2 (已取消)");
+  EXPECT_EQ(BatchTexts::statusLine(summary), "完成：成功 8，失败 1，跳过 2 (已取消)");
 }
 
 TEST_F(BatchTextsTest, AlertOfASuccessNamesTheLog) {
   BatchSummary summary;
   summary.total = summary.succeeded = 2;
   summary.logURL = "/out/Repair Log-2026-11-15T20-23-12Z.csv";
-  EXPECT_EQ(BatchTexts::alert(summary),
+  EXPECT_EQ(BatchTexts::alertText(summary),
             "Processing complete\n\nSuccess: 2\nFailed: 0\nSkipped: 0\n\n"
             "Log: /out/Repair Log-2026-11-15T20-23-12Z.csv");
   EXPECT_FALSE(BatchTexts::isWarning(summary));
@@ -63,7 +65,7 @@ TEST_F(BatchTextsTest, AlertOfASuccessNamesTheLog) {
 TEST_F(BatchTextsTest, AlertWithoutALogSaysSo) {
   BatchSummary summary;
   summary.total = summary.skipped = 1;
-  EXPECT_EQ(BatchTexts::alert(summary),
+  EXPECT_EQ(BatchTexts::alertText(summary),
             "Processing complete\n\nSuccess: 0\nFailed: 0\nSkipped: 1\n\nLog: No log generated");
   EXPECT_FALSE(BatchTexts::isWarning(summary));
 }
@@ -72,14 +74,14 @@ TEST_F(BatchTextsTest, AlertTellsWhyTheLogCouldNotBeWritten) {
   BatchSummary summary;
   summary.total = summary.succeeded = 1;
   summary.logError = "No space left on device";
-  EXPECT_EQ(BatchTexts::alert(summary),
+  EXPECT_EQ(BatchTexts::alertText(summary),
             "Processing complete\n\nSuccess: 1\nFailed: 0\nSkipped: 0\n\nLog: No log generated\n"
             "Log writing failed: No space left on device");
   EXPECT_TRUE(BatchTexts::isWarning(summary));
 }
 
 TEST_F(BatchTextsTest, AlertListsTheFirstFiveFailuresInTheirOrder) {
-  EXPECT_EQ(BatchTexts::alert(summaryWithFailures(7)),
+  EXPECT_EQ(BatchTexts::alertText(summaryWithFailures(7)),
             "Processing complete\n\nSuccess: 0\nFailed: 7\nSkipped: 0\n\nDetails:\n"
             "L1.DNG: L1.DNG: broken\nL2.DNG: L2.DNG: broken\nL3.DNG: L3.DNG: broken\nL4.DNG: L4.DNG: broken\n"
             "L5.DNG: L5.DNG: broken\n\nLog: No log generated");
@@ -90,11 +92,11 @@ TEST_F(BatchTextsTest, AlertOfAFailedBatchShowsItsMessageAloneInTheInterfacesLan
   BatchSummary summary;
   summary.failed = 1;
   summary.failures = {{"", "Input and output folders cannot be the same"}};
-  EXPECT_EQ(BatchTexts::alert(summary),
+  EXPECT_EQ(BatchTexts::alertText(summary),
             "Processing complete\n\nSuccess: 0\nFailed: 1\nSkipped: 0\n\nDetails:\n"
             "Input and output folders cannot be the same\n\nLog: No log generated");
   speak(AppLanguage::french);
-  EXPECT_EQ(BatchTexts::alert(summary),
+  EXPECT_EQ(BatchTexts::alertText(summary),
             "Traitement terminé\n\nRéussis: 0\nÉchecs: 1\nIgnorés: 0\n\nDétails:\n"
             "Les dossiers d’entrée et de sortie ne peuvent pas être identiques\n\nJournal: Aucun journal généré");
 }
@@ -105,8 +107,18 @@ TEST_F(BatchTextsTest, AlertOfAStoppedBatchSaysSoInChinese) {
   summary.cancelled = true;
   summary.logURL = "/出/日志.csv";
   EXPECT_EQ(
-      BatchTexts::alert(summary),
+      BatchTexts::alertText(summary),
       "处理完成 (已取消)\n\n成功: 0\n失败: 1\n跳过: 0\n\n详细信息:\nL1.DNG: L1.DNG: broken\n\n日志: /出/日志.csv");
+}
+
+TEST_F(BatchTextsTest, OfferResultsThatExist) {
+  const tests::TemporaryFolder folder;
+  BatchSummary summary;
+  summary.total = summary.failed = 1;
+  EXPECT_FALSE(BatchTexts::canOpenResults(summary, folder.path()));
+  summary.skipped = 1;
+  EXPECT_TRUE(BatchTexts::canOpenResults(summary, folder.path()));
+  EXPECT_FALSE(BatchTexts::canOpenResults(summary, folder / "missing"));
 }
 
 TEST_F(BatchTextsTest, CountTheFilesOfAFolder) {

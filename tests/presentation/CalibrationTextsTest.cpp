@@ -94,13 +94,6 @@ TEST_F(CalibrationTextsTest, TranslateTheEnginesProgress) {
             "正在检查 a.dng 中的部分缺陷列");
 }
 
-TEST_F(CalibrationTextsTest, ShowTheThresholdInWholePercent) {
-  EXPECT_EQ(CalibrationTexts::matchingPixels(0.98),
-            "Included pixels with confidence ≥ 98%. Columns and fixed spots still require manual review.");
-  EXPECT_EQ(CalibrationTexts::matchingPixels(0.956),
-            "Included pixels with confidence ≥ 96%. Columns and fixed spots still require manual review.");
-}
-
 TEST_F(CalibrationTextsTest, ConfirmASavedProfileWithAnAndInEnglishOnly) {
   CameraProfile profile;
   profile.name = "Body %d";
@@ -116,32 +109,6 @@ TEST_F(CalibrationTextsTest, ConfirmASavedProfileWithAnAndInEnglishOnly) {
   profile.spots.reset();
   EXPECT_EQ(CalibrationTexts::saved(profile, "/store/x.json"),
             "« Body %d » enregistré : 3 pixels, 2 colonnes, 0 taches fixes.\n\n/store/x.json");
-}
-
-TEST_F(CalibrationTextsTest, ExplainWhatAClickFilledIn) {
-  EXPECT_EQ(CalibrationTexts::markerClicked(candidate(Kind::spot), result.metadata),
-            "Spot coordinates and radius filled. Confirm them, then click Add Fixed Spot.");
-  EXPECT_EQ(CalibrationTexts::markerClicked(candidate(Kind::pixel), result.metadata),
-            "Pixel coordinates filled. Confirm them, then click Add Pixel.");
-  EXPECT_EQ(CalibrationTexts::markerClicked(candidate(Kind::line), result.metadata),
-            "Column X coordinate filled. Confirm it, then click Add Full Column.");
-  EXPECT_EQ(CalibrationTexts::columnClicked(17),
-            "Active-area coordinate x=17. If the cyan guide matches the defect, click Add Full Column.");
-}
-
-TEST_F(CalibrationTextsTest, TellWhereAPartialColumnStarts) {
-  CalibrationCandidate partial = candidate(Kind::line);
-  partial.yStart = 50;
-  EXPECT_EQ(CalibrationTexts::markerClicked(partial, result.metadata),
-            "Column X coordinate filled. Confirm it, then click Add Full Column. This partial defective column starts "
-            "at y=40. Including it preserves the detected range; the manual button adds a full column.");
-  EXPECT_EQ(CalibrationTexts::kind(partial, result.metadata), "Partial Column");
-  EXPECT_EQ(CalibrationTexts::kind(candidate(Kind::line), result.metadata), "Column");
-}
-
-TEST_F(CalibrationTextsTest, NameTheInspectedPhotograph) {
-  EXPECT_EQ(CalibrationTexts::inspecting("/photos/a.dng"),
-            "a.dng. Zoom in, click the vertical defect, then click Add Full Column.");
 }
 
 TEST_F(CalibrationTextsTest, RefuseAFolderWithFewerThanThreeFiles) {
