@@ -21,7 +21,7 @@ namespace tessaly::bench {
 }
 
 template <typename Action>
-[[nodiscard]] double secondsOf(Action action) {
+[[nodiscard]] double secondsOf(Action&& action) {
   const double start = processorSeconds();
   action();
   return processorSeconds() - start;
@@ -30,7 +30,7 @@ template <typename Action>
 /// Runs `floor` and `work` in turn and reports the work's time. Counters: the ratio of the two minima under `name`, and
 /// millions of samples a second at best.
 template <typename Floor, typename Work>
-void againstFloor(benchmark::State& state, const char* name, std::int64_t samples, Floor floor, Work work) {
+void againstFloor(benchmark::State& state, const char* name, std::int64_t samples, Floor&& floor, Work&& work) {
   double bestFloor = std::numeric_limits<double>::max();
   double bestWork = std::numeric_limits<double>::max();
   for (auto _ : state) {
