@@ -1,7 +1,6 @@
 #include "batch/BatchProcessor.h"
 
 #include "batch/BatchRun.h"
-#include "batch/OutputFolder.h"
 #include "platform/Text.h"
 
 #include <algorithm>
@@ -25,7 +24,7 @@ std::size_t clampedWorkers(std::int64_t workers) {
 struct BatchProcessor::Implementation {
   explicit Implementation(RepairFunction repairFunction) : repair(std::move(repairFunction)) {}
 
-  [[nodiscard]] BatchSummary run(const BatchOrder& order) const { return runBatch(order, repair, cancelled); }
+  [[nodiscard]] BatchSummary run(BatchOrder order) const { return runBatch(std::move(order), repair, cancelled); }
 
   const RepairFunction repair;
   CancelFlag cancelled;
@@ -59,16 +58,17 @@ void BatchProcessor::process(const std::filesystem::path& inputDirectory, const 
                              ProgressHandler progress, const CompletionHandler& completion) {
   assert(!implementation_->thread.joinable());
   BatchOrder order{sourcesInFolder(inputDirectory),
-                   standardized(outputDirectory),
+                   outputDirectory,
                    std::move(profile),
                    clampedWorkers(workers),
                    options,
                    std::move(progress),
                    nullptr};
   try {
-    implementation_->thread = std::thread([implementation = implementation_, order = std::move(order), completion] {
-      callContained(completion, implementation->run(order));
-    });
+    implementation_->thread =
+        std::thread([implementation = implementation_, order = std::move(order), completion]() mutable {
+          callContained(completion, implementation->run(std::move(order)));
+        });
   } catch (const std::system_error& error) {
     callContained(completion, failureOfBatch(exceptionMessage(error)));
   }
@@ -78,16 +78,16 @@ BatchSummary BatchProcessor::processFolder(const std::filesystem::path& inputDir
                                            const std::filesystem::path& outputDirectory, const CameraProfile& profile,
                                            std::int64_t workers, const BatchOptions& options,
                                            const ProgressHandler& progress, const FileHandler& file) {
-  return implementation_->run({sourcesInFolder(inputDirectory), standardized(outputDirectory), profile,
-                               clampedWorkers(workers), options, progress, file});
+  return implementation_->run(
+      {sourcesInFolder(inputDirectory), outputDirectory, profile, clampedWorkers(workers), options, progress, file});
 }
 
 BatchSummary BatchProcessor::processFiles(const std::vector<std::filesystem::path>& sources,
                                           const std::filesystem::path& outputDirectory, const CameraProfile& profile,
                                           std::int64_t workers, const BatchOptions& options,
                                           const ProgressHandler& progress, const FileHandler& file) {
-  return implementation_->run({listedSources(sources), standardized(outputDirectory), profile, clampedWorkers(workers),
-                               options, progress, file});
+  return implementation_->run(
+      {listedSources(sources), outputDirectory, profile, clampedWorkers(workers), options, progress, file});
 }
 
 }  // namespace tessaly

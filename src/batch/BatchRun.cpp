@@ -160,8 +160,7 @@ void requireOneToExist(const Paths& files) {
 }  // namespace
 
 BatchSources sourcesInFolder(const std::filesystem::path& folder) {
-  const std::filesystem::path location = standardized(folder);
-  return {{location}, [location] { return sourceFiles(location); }};
+  return {{folder}, [folder] { return sourceFiles(standardized(folder)); }};
 }
 
 BatchSources listedSources(std::vector<std::filesystem::path> files) {
@@ -184,9 +183,9 @@ BatchSummary failureOfBatch(std::string message) {
   return summary;
 }
 
-BatchSummary runBatch(const BatchOrder& order, const BatchProcessor::RepairFunction& repair,
-                      const CancelFlag& cancelled) {
+BatchSummary runBatch(BatchOrder order, const BatchProcessor::RepairFunction& repair, const CancelFlag& cancelled) {
   try {
+    order.outputFolder = standardized(order.outputFolder);
     return runOrThrow(order, repair, cancelled);
   } catch (const std::exception& error) {
     return failureOfBatch(exceptionMessage(error));

@@ -64,7 +64,7 @@ void callContained(const Handler& handler, const Argument& argument) {
 [[nodiscard]] BatchSummary failureOfBatch(std::string message);
 
 /// Runs to the end; every failure ends in the summary.
-[[nodiscard]] BatchSummary runBatch(const BatchOrder& order, const BatchProcessor::RepairFunction& repair,
+[[nodiscard]] BatchSummary runBatch(BatchOrder order, const BatchProcessor::RepairFunction& repair,
                                     const CancelFlag& cancelled);
 
 }  // namespace tessaly
