@@ -20,6 +20,10 @@ endif()
 if(TESSALY_WARNINGS_AS_ERRORS)
   target_compile_options(tessaly-options INTERFACE -Werror)
 endif()
+if(TESSALY_BUILD_FUZZERS)
+  # Coverage feedback from every library, not only from the targets themselves.
+  target_compile_options(tessaly-options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(TESSALY_SANITIZERS)
   target_compile_options(tessaly-options INTERFACE -fsanitize=${TESSALY_SANITIZERS} -fno-omit-frame-pointer
                                                    -fno-sanitize-recover=all)
