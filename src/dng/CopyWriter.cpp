@@ -50,10 +50,13 @@ class Copy {
   }
 
   void write(PartialFile& file) {
+    const InputFile& input = source_.container().file();
+    const bool isClone = file.cloneFrom(input);
+    if (!isClone) file.reserve(plan_.length);
     if (sourceForm_) {
-      sourceForm_->write(file, buffer_);
+      sourceForm_->write(file, isClone, buffer_);
     } else {
-      copySource(file);
+      if (!isClone) copySourceBytes(file, source_, {0, 0, input.size()}, buffer_);
       appendRawSegment(file);
     }
     for (const CopyRange& value : plan_.values)
@@ -68,11 +71,6 @@ class Copy {
   }
 
  private:
-  void copySource(PartialFile& file) {
-    const InputFile& input = source_.container().file();
-    if (!file.cloneFrom(input)) copySourceBytes(file, source_, {0, 0, input.size()}, buffer_);
-  }
-
   void appendRawSegment(PartialFile& file) {
     const SampleFormat format{16, source_.container().little(), false};
     std::int64_t offset = *plan_.rawSegment;

@@ -54,13 +54,12 @@ void SourceFormWriter::requireDepth() const {
   if (!allFit) throw DNGError::invalid("Sample exceeds source bit depth");
 }
 
-void SourceFormWriter::write(PartialFile& file, std::span<std::byte> buffer) {
+void SourceFormWriter::write(PartialFile& file, bool isClone, std::span<std::byte> buffer) {
   assert(std::ssize(buffer) >= layout_.rowBytes());
-  const InputFile& input = source_.container().file();
-  cloned_ = file.cloneFrom(input);
+  isClone_ = isClone;
   for (const std::int64_t index : segmentsInFileOrder())
     writeSegment(file, layout_.segment(index), buffer);
-  copyUpTo(file, input.size(), buffer);
+  copyUpTo(file, source_.container().file().size(), buffer);
 }
 
 // Segments that overlap, as only a damaged file has them, are written one over the other; the verification tells.
@@ -86,7 +85,7 @@ void SourceFormWriter::writeSegment(PartialFile& file, const Segment& segment, s
 
 // Behind the last changed row of a group that starts with `row` and is written in one piece.
 std::int64_t SourceFormWriter::endOfGroup(const Segment& segment, std::int64_t row, std::int64_t mostRows) const {
-  const std::int64_t bridge = cloned_ ? 0 : longestBridge / layout_.rowBytes();
+  const std::int64_t bridge = isClone_ ? 0 : longestBridge / layout_.rowBytes();
   std::int64_t end = row + 1;
   while (true) {
     const std::optional<std::int64_t> next = changed_.nextRow(segment, end);
@@ -135,7 +134,7 @@ std::span<const std::uint16_t> SourceFormWriter::samplesOf(const SampleRun& run)
 
 void SourceFormWriter::copyUpTo(PartialFile& file, std::int64_t end, std::span<std::byte> buffer) {
   if (end <= position_) return;
-  if (!cloned_) copySourceBytes(file, source_, {position_, position_, end - position_}, buffer);
+  if (!isClone_) copySourceBytes(file, source_, {position_, position_, end - position_}, buffer);
   position_ = end;
 }
 

@@ -29,9 +29,10 @@ class SourceFormWriter {
   /// The way back through the source's table; null without one.
   [[nodiscard]] const InverseLinearization* inverse() const { return inverse_ ? &*inverse_ : nullptr; }
 
-  /// Fills an empty file with the source's bytes and the changed samples. `buffer` must hold a stored row. Throws
-  /// DNGError::truncated when the source has become shorter and std::system_error when the system fails.
-  void write(PartialFile& file, std::span<std::byte> buffer);
+  /// Fills a file with the source's bytes and the changed samples; only with the latter when the file is a clone of the
+  /// source. `buffer` must hold a stored row. Throws DNGError::truncated when the source has become shorter and
+  /// std::system_error when the system fails.
+  void write(PartialFile& file, bool isClone, std::span<std::byte> buffer);
 
  private:
   struct Rows {
@@ -61,7 +62,7 @@ class SourceFormWriter {
   std::optional<InverseLinearization> inverse_;
   std::vector<std::uint16_t> codes_;  // of the run at hand
   std::int64_t position_ = 0;         // the copy holds the source's bytes up to here
-  bool cloned_ = false;               // the file system has made the copy; only changed rows are left to be written
+  bool isClone_ = false;
 };
 
 }  // namespace tessaly

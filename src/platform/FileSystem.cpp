@@ -37,6 +37,10 @@ int FileSystem::createNew(const std::filesystem::path& path) {
   return ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666);
 }
 
+int FileSystem::reserve(int descriptor, std::int64_t length) {
+  return ::fallocate(descriptor, 0, 0, length);
+}
+
 ssize_t FileSystem::writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes) {
   return ::pwrite(descriptor, bytes.data(), bytes.size(), offset);
 }
@@ -58,6 +62,10 @@ ssize_t FileSystem::copyRange(const FileRange& source, int target, std::int64_t 
 
 int FileSystem::setMode(int descriptor, mode_t mode) {
   return ::fchmod(descriptor, mode);
+}
+
+int FileSystem::startWriting(const FileRange& range) {
+  return ::sync_file_range(range.descriptor, range.offset, range.length, SYNC_FILE_RANGE_WRITE);
 }
 
 int FileSystem::synchronize(int descriptor) {

@@ -36,6 +36,9 @@ class FileSystem {
   /// Creates a file for reading and writing that must not exist yet, with mode 0666 & ~umask; gives its descriptor.
   virtual int createNew(const std::filesystem::path& path);
 
+  /// Gives an empty file its length and, where the file system can, the space for it, all of it zero.
+  virtual int reserve(int descriptor, std::int64_t length);
+
   virtual ssize_t writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes);
 
   /// Makes `target`, an empty file, share the data of `source` at the same offset, where the file system can.
@@ -45,6 +48,9 @@ class FileSystem {
   virtual ssize_t copyRange(const FileRange& source, int target, std::int64_t to);
 
   virtual int setMode(int descriptor, mode_t mode);
+
+  /// Sets the medium to work on bytes that were written, without waiting for it.
+  virtual int startWriting(const FileRange& range);
 
   /// Returns when the file's bytes are on the medium.
   virtual int synchronize(int descriptor);

@@ -13,6 +13,9 @@
 namespace tessaly {
 namespace {
 
+// Enough for the medium to be busy with while the next bytes are prepared.
+constexpr std::int64_t startedAtOnce = 8 * 1024 * 1024;
+
 std::filesystem::path temporaryPath(const std::filesystem::path& folder) {
   return folder / ("." + UUID::random().text() + ".partial");
 }
@@ -33,6 +36,10 @@ PartialFile::~PartialFile() {
   if (isTemporary_) system_.unlink(path_);
 }
 
+void PartialFile::reserve(std::int64_t length) {
+  static_cast<void>(retryWhenInterrupted([&] { return system_.reserve(descriptor_, length); }));
+}
+
 void PartialFile::writeAt(std::int64_t offset, std::span<const std::byte> bytes) {
   while (!bytes.empty()) {
     const ssize_t written = callSystem([&] { return system_.writeAt(descriptor_, offset, bytes); });
@@ -40,6 +47,14 @@ void PartialFile::writeAt(std::int64_t offset, std::span<const std::byte> bytes)
     bytes = bytes.subspan(static_cast<std::size_t>(written));
     offset += written;
   }
+  wroteUpTo(offset);
+}
+
+// Otherwise nothing would go to the medium before the end, and then everything would have to be waited for.
+void PartialFile::wroteUpTo(std::int64_t end) {
+  if (end - startedUpTo_ < startedAtOnce) return;
+  system_.startWriting({descriptor_, startedUpTo_, end - startedUpTo_});
+  startedUpTo_ = end;
 }
 
 // The range is the size that the source had when it was opened: one that has grown or shrunk since is not cloned.
@@ -56,6 +71,7 @@ std::int64_t PartialFile::copyInside(const InputFile& source, const CopyRange& r
     const ssize_t copied = retryWhenInterrupted([&] { return system_.copyRange(rest, descriptor_, range.to + done); });
     if (copied <= 0) break;
     done += copied;
+    wroteUpTo(range.to + done);
   }
   return done;
 }

@@ -39,6 +39,10 @@ class PartialFile {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
+  /// Tells the file system how long the file, empty so far, will be; what is not written later reads as zero. A hint:
+  /// a disk that is full shows when it is written to.
+  void reserve(std::int64_t length);
+
   void writeAt(std::int64_t offset, std::span<const std::byte> bytes);
 
   /// Makes the file, empty so far, share all data of `source`; false where the file system cannot.
@@ -66,11 +70,13 @@ class PartialFile {
 
  private:
   [[nodiscard]] std::int64_t copyInside(const InputFile& source, const CopyRange& range);
+  void wroteUpTo(std::int64_t end);
   void becameFinal(const std::filesystem::path& destination);
 
   FileSystem& system_;
   std::filesystem::path path_;
   int descriptor_ = -1;
+  std::int64_t startedUpTo_ = 0;  // the medium has been set to work up to here
   bool isTemporary_ = true;
 };
 

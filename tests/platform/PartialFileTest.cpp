@@ -108,6 +108,27 @@ TEST_F(PartialFileTest, DoesNotHangWhenWritesTakeNothing) {
   EXPECT_EQ(errorOf([this] { partial().writeAt(0, bytesIn("x")); }), EIO);
 }
 
+TEST_F(PartialFileTest, HasTheReservedLengthAndZerosWhereNothingIsWritten) {
+  partial().reserve(6);
+  partial().writeAt(2, bytesIn("ab"));
+  EXPECT_EQ(readText(partial().path()), std::string("\0\0ab\0\0", 6));
+}
+
+TEST_F(PartialFileTest, DoesWithoutAReservation) {
+  system.fail(Call::reserve, EOPNOTSUPP);
+  partial().reserve(6);
+  partial().writeAt(0, bytesIn("ab"));
+  EXPECT_EQ(readText(partial().path()), "ab");
+}
+
+TEST_F(PartialFileTest, KeepsTheMediumBusyWhileALongFileGrows) {
+  const std::vector<std::byte> chunk(3 * 1024 * 1024, std::byte{7});
+  system.fail(Call::startWriting, EINVAL);  // a hint as well
+  for (int i = 0; i < 9; ++i)
+    partial().writeAt(i * std::ssize(chunk), chunk);
+  EXPECT_EQ(system.count(Call::startWriting), 3);
+}
+
 TEST_F(PartialFileTest, CopiesRangesToAnyOffset) {
   writeText(folder / "source", "0123456789");
   const InputFile source(folder / "source");

@@ -15,10 +15,12 @@ namespace tessaly::tests {
 
 enum class Call {
   createNew,
+  reserve,
   writeAt,
   clone,
   copyRange,
   setMode,
+  startWriting,
   synchronize,
   dropCache,
   synchronizeFolder,
@@ -59,6 +61,10 @@ class FailingFileSystem final : public FileSystem {
     return FileSystem::createNew(path);
   }
 
+  int reserve(int descriptor, std::int64_t length) override {
+    return fails(Call::reserve, created_) ? -1 : FileSystem::reserve(descriptor, length);
+  }
+
   ssize_t writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes) override {
     if (fails(Call::writeAt, created_)) return -1;
     return FileSystem::writeAt(descriptor, offset, bytes.first(std::min(bytes.size(), writeLimit_)));
@@ -76,6 +82,10 @@ class FailingFileSystem final : public FileSystem {
 
   int setMode(int descriptor, mode_t mode) override {
     return fails(Call::setMode, created_) ? -1 : FileSystem::setMode(descriptor, mode);
+  }
+
+  int startWriting(const FileRange& range) override {
+    return fails(Call::startWriting, created_) ? -1 : FileSystem::startWriting(range);
   }
 
   int synchronize(int descriptor) override {
