@@ -61,8 +61,8 @@ TEST(ByteRangeSet, AgreesWithASetOfPositions) {
     ByteRangeSet set;
     std::set<std::int64_t> positions;
     for (int insertion = 0; insertion < 12; ++insertion) {
-      const std::int64_t begin = random() % 60;
-      const std::int64_t end = begin + random() % 9;
+      const auto begin = static_cast<std::int64_t>(random() % 60);
+      const auto end = begin + static_cast<std::int64_t>(random() % 9);
       set.insert(begin, end);
       for (std::int64_t i = begin; i < end; ++i)
         positions.insert(i);

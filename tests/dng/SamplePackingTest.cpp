@@ -154,7 +154,7 @@ std::vector<std::size_t> lengths() {
   std::vector<std::size_t> all;
   for (std::size_t count = 0; count < 40; ++count)
     all.push_back(count);
-  for (const std::size_t count : {1021, 1023, 1024, 1025, 2047, 2048, 2051, 3001})
+  for (const std::size_t count : {1021U, 1023U, 1024U, 1025U, 2047U, 2048U, 2051U, 3001U})
     all.push_back(count);
   return all;
 }
