@@ -32,14 +32,41 @@ std::uint16_t blockMean(const ActiveSamples& samples, std::int64_t x, std::int64
   return static_cast<std::uint16_t>((upper[x] + upper[right] + lower[x] + lower[right] + 2) / 4);
 }
 
+// Adjacent blocks of two rows, except for the one at the right border.
+void appendBlockMeans(const ActiveSamples& samples, std::int64_t y, std::vector<std::uint16_t>& values) {
+  const std::uint16_t* const upper = samples.row(y);
+  const std::uint16_t* const lower = samples.row(std::min(y + 1, samples.height - 1));
+  const std::size_t start = values.size();
+  values.resize(start + static_cast<std::size_t>(samples.width - 1));
+  std::uint16_t* const means = values.data() + start;
+  for (std::int64_t x = 0; x < samples.width - 1; ++x)
+    means[x] = static_cast<std::uint16_t>((upper[x] + upper[x + 1] + lower[x] + lower[x + 1] + 2) / 4);
+}
+
+void appendMosaicRow(const ActiveSamples& samples, std::int64_t y, std::int64_t step, SampledGrid& grid) {
+  std::int64_t x = 0;
+  if (step == 1) {
+    appendBlockMeans(samples, y, grid.values);
+    x = samples.width - 1;
+  }
+  for (; x < grid.width * step; x += step)
+    grid.values.push_back(blockMean(samples, x, y));
+}
+
+void appendLinearRow(const ActiveSamples& samples, std::int64_t y, std::int64_t step, SampledGrid& grid) {
+  for (std::int64_t x = 0; x < grid.width * step; x += step)
+    grid.values.push_back(samples.row(y)[x]);
+}
+
 SampledGrid sampledGrid(std::span<const std::uint16_t> raw, const DNGMetadata& metadata, std::int64_t step) {
   const ActiveSamples samples = activeSamples(raw, metadata);
   SampledGrid grid{metadata.activeWidth / step, metadata.activeHeight / step, {}};
   grid.values.reserve(static_cast<std::size_t>(grid.width * grid.height));
-  for (std::int64_t y = 0; y < grid.height; ++y) {
-    for (std::int64_t x = 0; x < grid.width; ++x) {
-      grid.values.push_back(metadata.cfaLayout ? blockMean(samples, x * step, y * step)
-                                               : samples.row(y * step)[x * step]);
+  for (std::int64_t y = 0; y < grid.height * step; y += step) {
+    if (metadata.cfaLayout) {
+      appendMosaicRow(samples, y, step, grid);
+    } else {
+      appendLinearRow(samples, y, step, grid);
     }
   }
   return grid;
@@ -62,7 +89,7 @@ class Histogram {
   }
 
  private:
-  std::vector<std::size_t> counts_;
+  std::vector<std::uint32_t> counts_;  // an image has at most 250 million samples
 };
 
 using ToneTable = std::vector<std::uint8_t>;  // a grey level for every sample level
@@ -86,10 +113,9 @@ ToneTable gammaTones(std::int64_t low, std::int64_t high) {
 }
 
 RawPreviewImage toned(const SampledGrid& grid, const ToneTable& tones) {
-  RawPreviewImage image{grid.width, grid.height, {}};
-  image.pixels.reserve(grid.count());
-  for (const std::uint16_t value : grid.values)
-    image.pixels.push_back(tones[value]);
+  RawPreviewImage image{grid.width, grid.height, std::vector<std::uint8_t>(grid.count())};
+  std::transform(grid.values.begin(), grid.values.end(), image.pixels.begin(),
+                 [&tones](std::uint16_t value) { return tones[value]; });
   return image;
 }
 

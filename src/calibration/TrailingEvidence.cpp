@@ -22,24 +22,22 @@ constexpr std::int64_t bottomMargin = 8;
 constexpr std::array<std::int64_t, 9> columnOffsets{0, -24, -18, -12, -6, 6, 12, 18, 24};
 constexpr std::int64_t farthestColumn = 24;
 
-/// The rows measured below one seed: first, first + step, …, below end.
-struct TrailRows {
-  std::int64_t first = 0;
-  std::int64_t end = 0;
-  std::int64_t step = 1;
-
-  [[nodiscard]] bool contains(std::int64_t row) const { return row >= first && row < end && (row - first) % step == 0; }
-
-  [[nodiscard]] std::int64_t count() const { return first < end ? (end - first + step - 1) / step : 0; }
-};
-
 // An odd step on a mosaic, so that both rows of the colour cell take turns.
 std::int64_t rowStep(const DNGMetadata& metadata) {
   return metadata.cfaLayout ? 7 : 8;
 }
 
-TrailRows trailRows(const TrailSeed& seed, const DNGMetadata& metadata) {
-  return {seed.y + rowsSkippedBelowSeed, metadata.activeY + metadata.activeHeight - bottomMargin, rowStep(metadata)};
+std::int64_t firstRow(const TrailSeed& seed) {
+  return seed.y + rowsSkippedBelowSeed;
+}
+
+std::int64_t endRow(const DNGMetadata& metadata) {
+  return metadata.activeY + metadata.activeHeight - bottomMargin;
+}
+
+std::int64_t rowCount(const TrailSeed& seed, const DNGMetadata& metadata) {
+  const std::int64_t step = rowStep(metadata);
+  return std::max<std::int64_t>((endRow(metadata) - firstRow(seed) + step - 1) / step, 0);
 }
 
 bool isUsable(const TrailSeed& seed, const DNGMetadata& metadata) {
@@ -48,28 +46,46 @@ bool isUsable(const TrailSeed& seed, const DNGMetadata& metadata) {
          seed.y + leastRowsBelow < metadata.activeY + metadata.activeHeight;
 }
 
-using ColumnMeans = std::array<double, columnOffsets.size()>;
+// The cache lines, two or three, of all columns around a seed.
+void prefetchColumns(const std::uint16_t* seed) {
+  constexpr std::int64_t reach = farthestColumn + 7;
+  __builtin_prefetch(seed - reach);
+  __builtin_prefetch(seed);
+  __builtin_prefetch(seed + reach);
+}
 
-// Seeds keep their margin to the border of the active area: all nine columns and their neighbours lie inside it.
-ColumnMeans columnMeans(std::span<const std::uint16_t> raw, const TrailSeed& seed, const DNGMetadata& metadata) {
+using ColumnSums = std::array<double, columnOffsets.size()>;
+
+// The residuals of a seed's nine columns, summed from top to bottom. The frame is walked row by row, for all seeds at
+// once: down one column after the other every single sample would come from another page of memory. Seeds keep their
+// margin to the border of the active area: all columns and their neighbours lie inside it.
+//
+// Even so each visit waits for memory. The same seed's next row is a step away, and a few hundred visits of other seeds
+// come before it: asked for now it is there in time, and the whole takes a third of the time.
+std::vector<ColumnSums> columnSums(std::span<const std::uint16_t> raw, std::span<const TrailSeed> seeds,
+                                   const TrailRows& rows, const DNGMetadata& metadata) {
   const ResidualScale scale(metadata);
-  const TrailRows rows = trailRows(seed, metadata);
-  ColumnMeans sums{};
-  for (std::int64_t row = rows.first; row < rows.end; row += rows.step) {
-    const std::uint16_t* const sample = raw.data() + row * metadata.rawWidth + seed.x;
-    for (std::size_t column = 0; column < sums.size(); ++column)
-      sums[column] += residualAt(sample + columnOffsets[column], scale);
+  const std::int64_t nextRow = rowStep(metadata) * metadata.rawWidth;
+  std::vector<ColumnSums> sums(seeds.size());
+  for (std::int64_t row = metadata.activeY; row < rows.end(); ++row) {
+    const std::uint16_t* const start = raw.data() + row * metadata.rawWidth;
+    const bool hasNext = row + rowStep(metadata) < rows.end();
+    rows.forEachSeed(row, [&](std::size_t seed) {
+      if (hasNext) prefetchColumns(start + nextRow + seeds[seed].x);
+      for (std::size_t column = 0; column < columnOffsets.size(); ++column)
+        sums[seed][column] += residualAt(start + seeds[seed].x + columnOffsets[column], scale);
+    });
   }
-  for (double& sum : sums)
-    sum /= static_cast<double>(rows.count());
   return sums;
 }
 
-double columnOffset(std::span<const std::uint16_t> raw, const TrailSeed& seed, const DNGMetadata& metadata) {
-  if (trailRows(seed, metadata).count() == 0) return 0;
-  const ColumnMeans means = columnMeans(raw, seed, metadata);
-  std::vector<double> neighbours(means.begin() + 1, means.end());
-  return means.front() - upperMedian(neighbours);
+// The mean of the seed's own column less the median of those beside it; 0 without rows.
+double columnOffset(ColumnSums sums, std::int64_t rows) {
+  if (rows == 0) return 0;
+  for (double& sum : sums)
+    sum /= static_cast<double>(rows);
+  std::vector<double> neighbours(sums.begin() + 1, sums.end());
+  return sums.front() - upperMedian(neighbours);
 }
 
 }  // namespace
@@ -91,25 +107,32 @@ TrailFrameEvidence trailFrameEvidence(std::span<const std::uint16_t> raw, std::s
                                       std::span<const TrailSeed> seeds, const DNGMetadata& metadata, int threads) {
   TrailFrameEvidence evidence{std::move(exposureKey), std::vector<double>(seeds.size())};
   forEachBand(static_cast<std::int64_t>(seeds.size()), threads, [&](const RowBand& share) {
-    for (auto seed = static_cast<std::size_t>(share.first); seed < static_cast<std::size_t>(share.last); ++seed)
-      evidence.values[seed] = columnOffset(raw, seeds[seed], metadata);
+    const auto first = static_cast<std::size_t>(share.first);
+    const auto last = static_cast<std::size_t>(share.last);
+    const TrailRows rows(seeds, first, last, metadata);
+    const std::vector<ColumnSums> sums = columnSums(raw, seeds, rows, metadata);
+    for (std::size_t seed = first; seed < last; ++seed)
+      evidence.values[seed] = columnOffset(sums[seed], rowCount(seeds[seed], metadata));
   });
   return evidence;
 }
 
-TrailSamples::TrailSamples(std::span<const TrailSeed> seeds, const DNGMetadata& metadata)
-    : metadata_(metadata),
-      reach_(farthestColumn + ResidualScale(metadata).offsets.back()),
-      seeds_(static_cast<std::size_t>(rowStep(metadata))) {
-  for (const TrailSeed& seed : seeds)
-    seeds_[static_cast<std::size_t>(trailRows(seed, metadata).first % rowStep(metadata))].push_back(seed);
+TrailRows::TrailRows(std::span<const TrailSeed> seeds, std::size_t first, std::size_t last, const DNGMetadata& metadata)
+    : end_(endRow(metadata)), entries_(static_cast<std::size_t>(rowStep(metadata))) {
+  for (std::size_t seed = first; seed < last; ++seed) {
+    const std::int64_t row = firstRow(seeds[seed]);
+    entries_[static_cast<std::size_t>(row) % entries_.size()].push_back({seed, row});
+  }
 }
+
+TrailSamples::TrailSamples(std::span<const TrailSeed> seeds, const DNGMetadata& metadata)
+    : seeds_(seeds),
+      rows_(seeds, 0, seeds.size(), metadata),
+      reach_(farthestColumn + ResidualScale(metadata).offsets.back()) {}
 
 std::span<const SampleRun> TrailSamples::ofRow(std::int64_t row) {
   runs_.clear();
-  for (const TrailSeed& seed : seeds_[static_cast<std::size_t>(row % rowStep(metadata_))]) {
-    if (trailRows(seed, metadata_).contains(row)) add({row, seed.x - reach_, 2 * reach_ + 1});
-  }
+  rows_.forEachSeed(row, [&](std::size_t seed) { add({row, seeds_[seed].x - reach_, 2 * reach_ + 1}); });
   return runs_;
 }
 

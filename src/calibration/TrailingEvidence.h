@@ -5,6 +5,7 @@
 #include "dng/RawPlane.h"
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -40,7 +41,35 @@ namespace CalibrationEngine {
                                                     std::span<const TrailSeed> seeds, const DNGMetadata& metadata,
                                                     int threads);
 
-/// The samples that the measurement looks at. Used by one thread.
+/// Which seeds measure which rows. Seeds whose rows have the same remainder share them.
+class TrailRows {
+ public:
+  /// Of the seeds from `first` up to, but excluding, `last`.
+  TrailRows(std::span<const TrailSeed> seeds, std::size_t first, std::size_t last, const DNGMetadata& metadata);
+
+  /// The first raw row after all measured ones.
+  [[nodiscard]] std::int64_t end() const { return end_; }
+
+  /// Calls `visit` with the index of each seed that measures the raw row, from left to right.
+  template <typename Visitor>
+  void forEachSeed(std::int64_t row, Visitor visit) const {
+    if (row >= end_) return;
+    for (const Entry& entry : entries_[static_cast<std::size_t>(row) % entries_.size()]) {
+      if (row >= entry.firstRow) visit(entry.seed);
+    }
+  }
+
+ private:
+  struct Entry {
+    std::size_t seed = 0;
+    std::int64_t firstRow = 0;
+  };
+
+  std::int64_t end_ = 0;
+  std::vector<std::vector<Entry>> entries_;  ///< by remainder
+};
+
+/// The samples that the measurement looks at. Used by one thread; the seeds must outlive it.
 class TrailSamples {
  public:
   TrailSamples(std::span<const TrailSeed> seeds, const DNGMetadata& metadata);
@@ -51,9 +80,9 @@ class TrailSamples {
  private:
   void add(const SampleRun& run);
 
-  const DNGMetadata& metadata_;
-  std::int64_t reach_;                         ///< columns on either side of a seed
-  std::vector<std::vector<TrailSeed>> seeds_;  ///< by the remainder of the rows that they share
+  std::span<const TrailSeed> seeds_;
+  TrailRows rows_;
+  std::int64_t reach_;  ///< columns on either side of a seed
   std::vector<SampleRun> runs_;
 };
 

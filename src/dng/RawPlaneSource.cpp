@@ -36,13 +36,15 @@ void readNativeStrips(const InputFile& file, const DNGMetadata& metadata, std::s
   }
 }
 
-// The part of a stored row that a wanted run covers, from the group boundary at or before it on: there unpacking can
-// start. Empty when they have no column in common.
+// The part of a stored row that holds a wanted run in whole groups of samples: unpacking can only start with one, and
+// is slow with a part of one. Empty when they have no column in common.
 SampleRun unpackedPart(const SampleRun& stored, const SampleRun& wanted) {
+  constexpr std::int64_t group = SampleFormat::samplesPerGroup;
   const std::int64_t first = std::max(wanted.column - stored.column, std::int64_t{0});
   const std::int64_t end = std::min(wanted.column + wanted.count - stored.column, stored.count);
-  const std::int64_t start = first / SampleFormat::samplesPerGroup * SampleFormat::samplesPerGroup;
-  return {stored.row, stored.column + start, first < end ? end - start : 0};
+  const std::int64_t start = first / group * group;
+  const std::int64_t wholeEnd = std::min((end + group - 1) / group * group, stored.count);
+  return {stored.row, stored.column + start, first < end ? wholeEnd - start : 0};
 }
 
 }  // namespace

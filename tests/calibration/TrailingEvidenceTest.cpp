@@ -193,7 +193,8 @@ TEST(TrailSamples, AreAllThatTheMeasurementLooksAt) {
 
 TEST(TrailSamples, JoinRunsThatTouch) {
   const DNGMetadata metadata = mosaicSensor(400, 300);
-  TrailSamples samples(std::vector<TrailSeed>{{100, 50}, {161, 50}, {250, 50}, {330, 51}}, metadata);
+  const std::vector<TrailSeed> seeds{{100, 50}, {161, 50}, {250, 50}, {330, 51}};
+  TrailSamples samples(seeds, metadata);
   EXPECT_THAT(samples.ofRow(66), ElementsAre(SampleRun{66, 70, 122}, SampleRun{66, 220, 61}));
   EXPECT_THAT(samples.ofRow(67), ElementsAre(SampleRun{67, 300, 61}));
   EXPECT_THAT(samples.ofRow(65), IsEmpty());
@@ -202,7 +203,8 @@ TEST(TrailSamples, JoinRunsThatTouch) {
 
 TEST(TrailSamples, EndBeforeTheLastEightRows) {
   const DNGMetadata metadata = mosaicSensor(400, 300);
-  TrailSamples samples(std::vector<TrailSeed>{{100, 24}}, metadata);
+  const std::vector<TrailSeed> seeds{{100, 24}};
+  TrailSamples samples(seeds, metadata);
   EXPECT_THAT(samples.ofRow(285), ElementsAre(SampleRun{285, 70, 61}));
   EXPECT_THAT(samples.ofRow(292), IsEmpty());
 }
