@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <linux/magic.h>
 #include <signal.h>
 #include <stdio.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -37,8 +39,11 @@ int FileSystem::createNew(const std::filesystem::path& path) {
   return ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666);
 }
 
+// Space on a disk is allocated once instead of with every write; a file system in memory would only do the work twice.
 int FileSystem::reserve(int descriptor, std::int64_t length) {
-  return ::fallocate(descriptor, 0, 0, length);
+  struct statfs status {};
+  const bool isInMemory = ::fstatfs(descriptor, &status) == 0 && status.f_type == TMPFS_MAGIC;
+  return isInMemory ? 0 : ::fallocate(descriptor, 0, 0, length);
 }
 
 ssize_t FileSystem::writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes) {

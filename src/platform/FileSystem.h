@@ -36,7 +36,7 @@ class FileSystem {
   /// Creates a file for reading and writing that must not exist yet, with mode 0666 & ~umask; gives its descriptor.
   virtual int createNew(const std::filesystem::path& path);
 
-  /// Gives an empty file its length and, where the file system can, the space for it, all of it zero.
+  /// May give an empty file its length and the space for it, where the file system can; it reads as zeros then.
   virtual int reserve(int descriptor, std::int64_t length);
 
   virtual ssize_t writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes);

@@ -108,10 +108,11 @@ TEST_F(PartialFileTest, DoesNotHangWhenWritesTakeNothing) {
   EXPECT_EQ(errorOf([this] { partial().writeAt(0, bytesIn("x")); }), EIO);
 }
 
-TEST_F(PartialFileTest, HasTheReservedLengthAndZerosWhereNothingIsWritten) {
+TEST_F(PartialFileTest, HoldsZerosWhereAReservedFileIsNotWritten) {
   partial().reserve(6);
   partial().writeAt(2, bytesIn("ab"));
-  EXPECT_EQ(readText(partial().path()), std::string("\0\0ab\0\0", 6));
+  partial().writeAt(5, bytesIn("c"));
+  EXPECT_EQ(readText(partial().path()), std::string("\0\0ab\0c", 6));
 }
 
 TEST_F(PartialFileTest, DoesWithoutAReservation) {
