@@ -121,7 +121,7 @@ TEST_F(CalibrateTest, WritesThePreviewAsPGM) {
   ASSERT_EQ(run({"calibrate", "frames", "--preview", "p.pgm"}).status, 0);
   const std::string picture = readText(folder / "p.pgm");
   EXPECT_THAT(picture, StartsWith("P5\n284 72\n255\n"));
-  EXPECT_EQ(picture.size(), std::string("P5\n284 72\n255\n").size() + 284 * 72);
+  EXPECT_EQ(picture.size(), std::string("P5\n284 72\n255\n").size() + std::size_t{284} * 72);
 }
 
 TEST_F(CalibrateTest, WritesTheInspectionPreviewInstead) {

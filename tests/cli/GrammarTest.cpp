@@ -5,7 +5,6 @@
 namespace tessaly::tests {
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 

@@ -14,7 +14,6 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
@@ -24,7 +23,7 @@ using tools::DNGBuilder;
 class RepairTest : public ProgramTest {
  protected:
   static DNGBuilder photograph() {
-    std::vector<std::uint16_t> values(64 * 48, 1000);
+    std::vector<std::uint16_t> values(std::size_t{64} * 48, 1000);
     values[12 * 64 + 10] = 60000;
     return DNGBuilder().size(64, 48).uniqueModel("Body").serial("SN-1").samples(values);
   }
@@ -268,6 +267,26 @@ TEST_F(RepairTest, ShowsANameThatIsNotUTF8WithReplacementCharacters) {
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.errors, HasSubstr("L\xEF\xBF\xBD.DNG\n"));
   EXPECT_TRUE(fs::exists(results / "L\xff.DNG"));
+}
+
+TEST_F(RepairTest, ShowsABarOnATerminalAndTheLinesOfFailures) {
+  writeText(photos / "L0.DNG", "too short to be one");
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_EQ(grantpt(terminal), 0);
+  ASSERT_EQ(unlockpt(terminal), 0);
+  const std::string name = ptsname(terminal);
+  const int kept = open(name.c_str(), O_RDWR | O_NOCTTY);  // so that what was written can be read after the program
+  const ProgramResult result = run({"repair", "photos", "--profile", "p.json", "--workers", "1", "--no-log"},
+                                   [&name] { dup2(open(name.c_str(), O_RDWR | O_NOCTTY), STDERR_FILENO); });
+  EXPECT_EQ(result.status, 1);
+  char shown[4096] = {};
+  ASSERT_GT(read(terminal, shown, sizeof shown - 1), 0);
+  EXPECT_THAT(shown, HasSubstr("] 0/2  Preparing…"));
+  EXPECT_THAT(shown, HasSubstr("L0.DNG: This DNG"));
+  EXPECT_THAT(shown, HasSubstr("[########################] 2/2  L1.DNG"));
+  EXPECT_THAT(shown, testing::EndsWith("\r\x1b[K")) << "the bar is removed";
+  close(kept);
+  close(terminal);
 }
 
 TEST_F(RepairTest, StoppedByCtrlCFinishesFilesInProgressAndWritesTheLog) {

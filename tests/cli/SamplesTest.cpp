@@ -9,13 +9,12 @@ namespace tessaly::tests {
 namespace {
 
 using testing::HasSubstr;
-using testing::IsEmpty;
 using tools::DNGBuilder;
 
 class SamplesTest : public ProgramTest {
  protected:
   void SetUp() override {
-    std::vector<std::uint16_t> values(6 * 4);
+    std::vector<std::uint16_t> values(24);
     std::iota(values.begin(), values.end(), std::uint16_t{250});
     for (const std::uint16_t value : values) {
       expected += static_cast<char>(value & 0xFF);

@@ -187,7 +187,7 @@ TEST_F(AppPreferencesTest, ResetOnlyTheirOwnKeys) {
 }
 
 TEST_F(AppPreferencesTest, TolerateAFileThatIsNoSettingsFile) {
-  tests::writeText(file, std::string("\0\xff[[[=\n\nworkers", 16));
+  tests::writeText(file, std::string("\0\xff[[[=\n\nworkers", 15));
   EXPECT_EQ(preferences.workers(), 0);
   EXPECT_TRUE(preferences.saveLog());
 }

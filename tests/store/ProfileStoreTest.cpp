@@ -18,9 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 class ProfileStoreTest : public testing::Test {
  protected:
@@ -48,7 +46,7 @@ class ProfileStoreTest : public testing::Test {
 
   /// A profile file outside the store.
   fs::path fileOf(const CameraProfile& profile) {
-    const fs::path file = home / "elsewhere.json";
+    fs::path file = home / "elsewhere.json";
     tests::writeText(file, encodeProfile(profile));
     return file;
   }
