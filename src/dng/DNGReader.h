@@ -3,12 +3,12 @@
 // Stateless: safe to call from several threads. Every error leaves as DNGError::Case::file with the file's name.
 #pragma once
 
+#include "dng/DNGMetadata.h"
+#include "dng/RawPlane.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
-
-#include "dng/DNGMetadata.h"
-#include "dng/RawPlane.h"
 
 namespace tessaly::DNGReader {
 

@@ -1,14 +1,14 @@
 // The samples of a raw image in memory.
 #pragma once
 
+#include "dng/DNGMetadata.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
 #include <utility>
 #include <vector>
-
-#include "dng/DNGMetadata.h"
 
 namespace tessaly {
 

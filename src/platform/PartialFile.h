@@ -39,8 +39,8 @@ class PartialFile {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-  /// Tells the file system how long the file, empty so far, will be. A hint that may give it that length at once; a disk
-  /// that is full shows when it is written to.
+  /// Tells the file system how long the file, empty so far, will be. A hint that may give it that length at once; a
+  /// disk that is full shows when it is written to.
   void reserve(std::int64_t length);
 
   void writeAt(std::int64_t offset, std::span<const std::byte> bytes);
