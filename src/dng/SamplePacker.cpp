@@ -96,6 +96,7 @@ void packSamples(const SampleFormat& format, std::span<const std::uint16_t> samp
   const auto length = static_cast<std::size_t>(format.byteCount(static_cast<std::int64_t>(samples.size())));
   assert(bytes.size() >= length);
   assert(fitsDepth(format, samples));
+  if (samples.empty()) return;
   const std::span<std::byte> target = bytes.first(length);
   if (format.reversedBytes) reverseBits(target, target);  // the padding bits too, which come back below
   packForward(format, samples, target);
