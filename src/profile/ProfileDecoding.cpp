@@ -14,9 +14,6 @@ namespace {
 
 using nlohmann::json;
 
-/// A profile nests three deep. A text of a million brackets must end in an error, whatever the parser can bear.
-constexpr int maximumDepth = 512;
-
 std::optional<std::int64_t> wholeNumber(const json& value) {
   if (value.is_number_unsigned()) {
     const auto number = value.get<std::uint64_t>();
@@ -184,17 +181,12 @@ void refuseZeroBytes(std::string_view text) {
   if (zero != std::string_view::npos) failAsJSON(zero + 1);
 }
 
-bool refuseDepth(int depth, json::parse_event_t, json&) {
-  if (depth > maximumDepth) throw ProfileDecodingError("The JSON text is nested too deeply");
-  return true;
-}
-
 }  // namespace
 
 CameraProfile decodeProfile(std::string_view text) {
   refuseZeroBytes(text);
   try {
-    return profileFrom(ObjectReader(json::parse(text, refuseDepth)));
+    return profileFrom(ObjectReader(json::parse(text)));
   } catch (const json::parse_error& error) {
     failAsJSON(error.byte);
   } catch (const json::exception&) {
