@@ -26,9 +26,12 @@ std::string withSubject(std::string_view subject, const std::string& words) {
 FailureText failureText(const std::exception& error, std::string_view subject) {
   if (const auto* dngError = dynamic_cast<const DNGError*>(&error)) return dngFailure(*dngError, subject);
   if (dynamic_cast<const InvalidInput*>(&error)) return {L(error.what()), error.what()};
-  if (dynamic_cast<const OutputFolderPermission*>(&error)) return {error.what(), Localization::original(error.what())};
+  if (dynamic_cast<const OutputFolderPermission*>(&error)) {
+    const std::string english = Localization::original(error.what());
+    return {L(english), english};
+  }
   if (const auto* invalid = dynamic_cast<const InvalidProfile*>(&error))
-    return {withSubject(subject, invalid->what()), invalid->reason()};
+    return {withSubject(subject, InvalidProfile(invalid->reason()).what()), invalid->reason()};
   if (const auto* unreadable = dynamic_cast<const UnreadableProfile*>(&error))
     return {unreadable->what(), unreadable->reason()};
   if (dynamic_cast<const ProfileDecodingError*>(&error))

@@ -1,0 +1,27 @@
+#include "app/SavePanel.h"
+
+#include "app/Metrics.h"
+#include "app/QtText.h"
+
+#include <QBoxLayout>
+
+namespace tessaly {
+
+SavePanel::SavePanel(QWidget* parent)
+    : QWidget(parent), profileName(new QLineEdit), saveButton(Controls::button("Save Camera Profile")) {
+  profileName->setAccessibleName(localized("Profile Name"));
+  profileName->setMinimumHeight(Metrics::targetHeight);
+  profileName->setAcceptDrops(false);
+  auto* title = Controls::caption("Profile Name", *profileName);
+  makeHeading(*title);
+  auto* line = new QHBoxLayout(this);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->setSpacing(Metrics::grid);
+  line->addWidget(title);
+  line->addWidget(profileName, 1);
+  line->addSpacing(Metrics::grid);
+  line->addWidget(saveButton);
+  connect(profileName, &QLineEdit::returnPressed, saveButton, &QPushButton::click);
+}
+
+}  // namespace tessaly
