@@ -98,12 +98,17 @@ void SourceFormWriter::writeRows(PartialFile& file, const Segment& segment, cons
                                  std::span<std::byte> buffer) {
   const std::int64_t start = source_.encoding().offsets[static_cast<std::size_t>(segment.index)];
   const std::int64_t offset = start + (rows.first - segment.y) * layout_.rowBytes();
+  const std::int64_t length = (rows.last - rows.first) * layout_.rowBytes();
   copyUpTo(file, offset, buffer);
-  const SampleRun wholeRows{rows.first, 0, (rows.last - rows.first) * source_.metadata().rawWidth};
-  const std::span<const std::byte> bytes =
-      planeHoldsStoredRows() ? std::as_bytes(samplesOf(wholeRows)) : patchedRows(segment, rows, buffer);
-  file.writeAt(offset, bytes);
-  position_ = std::max(position_, offset + std::ssize(bytes));
+  if (planeHoldsStoredRows()) {
+    file.writeAt(offset, std::as_bytes(samplesOf({rows.first, 0, (rows.last - rows.first) * layout_.storedColumns()})));
+  } else {
+    const std::span<std::byte> bytes = part(buffer, 0, length);
+    readRows(file, segment, offset, bytes);
+    patchRows(segment, rows, bytes);
+    file.writeAt(offset, bytes);
+  }
+  position_ = std::max(position_, offset + length);
 }
 
 // Then the source need not be read again.
@@ -111,19 +116,22 @@ bool SourceFormWriter::planeHoldsStoredRows() const {
   return format_.isNative() && !layout_.isTiled() && !inverse_;
 }
 
-std::span<const std::byte> SourceFormWriter::patchedRows(const Segment& segment, const Rows& rows,
-                                                         std::span<std::byte> buffer) {
+// Rows that lie over others, in the padding of their tiles for example, are taken from the copy, which has those.
+void SourceFormWriter::readRows(PartialFile& file, const Segment& segment, std::int64_t offset,
+                                std::span<std::byte> bytes) {
+  const InputFile& input = source_.container().file();
+  if (input.readAt(offset, bytes) < bytes.size()) throwSegmentTruncated(segment.index);
+  if (offset >= position_) return;
+  const auto written = std::min(position_ - offset, std::ssize(bytes));
+  static_cast<void>(file.readAt(offset, part(bytes, 0, written)));
+}
+
+void SourceFormWriter::patchRows(const Segment& segment, const Rows& rows, std::span<std::byte> bytes) {
   const std::int64_t rowBytes = layout_.rowBytes();
-  const std::int64_t start = source_.encoding().offsets[static_cast<std::size_t>(segment.index)];
-  const std::span<std::byte> bytes = part(buffer, 0, (rows.last - rows.first) * rowBytes);
-  if (source_.container().file().readAt(start + (rows.first - segment.y) * rowBytes, bytes) < bytes.size()) {
-    throwSegmentTruncated(segment.index);
-  }
   for (std::int64_t row = rows.first; row < rows.last; ++row) {
     const std::span<std::byte> stored = part(bytes, (row - rows.first) * rowBytes, rowBytes);
     changed_.forEachRun(segment, row, [&](const SampleRun& run) { patch(stored, segment, run); });
   }
-  return bytes;
 }
 
 // The samples of a run that may go on into the rows below.

@@ -48,8 +48,8 @@ class SourceFormWriter {
   void writeSegment(PartialFile& file, const Segment& segment, std::span<std::byte> buffer);
   [[nodiscard]] std::int64_t endOfGroup(const Segment& segment, std::int64_t row, std::int64_t mostRows) const;
   void writeRows(PartialFile& file, const Segment& segment, const Rows& rows, std::span<std::byte> buffer);
-  [[nodiscard]] std::span<const std::byte> patchedRows(const Segment& segment, const Rows& rows,
-                                                       std::span<std::byte> buffer);
+  void readRows(PartialFile& file, const Segment& segment, std::int64_t offset, std::span<std::byte> bytes);
+  void patchRows(const Segment& segment, const Rows& rows, std::span<std::byte> bytes);
   void copyUpTo(PartialFile& file, std::int64_t end, std::span<std::byte> buffer);
   void patch(std::span<std::byte> row, const Segment& segment, const SampleRun& run);
   void replaceCodes(std::span<const std::uint16_t> samples, std::span<std::uint16_t> codes) const;

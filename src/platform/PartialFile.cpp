@@ -57,6 +57,18 @@ void PartialFile::wroteUpTo(std::int64_t end) {
   startedUpTo_ = end;
 }
 
+std::size_t PartialFile::readAt(std::int64_t offset, std::span<std::byte> into) const {
+  std::size_t done = 0;
+  while (done < into.size()) {
+    const std::span<std::byte> rest = into.subspan(done);
+    const off_t at = offset + static_cast<std::int64_t>(done);
+    const ssize_t got = callSystem([&] { return ::pread(descriptor_, rest.data(), rest.size(), at); });
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
 // The range is the size that the source had when it was opened: one that has grown or shrunk since is not cloned.
 bool PartialFile::cloneFrom(const InputFile& source) {
   const FileRange all{source.descriptor(), 0, source.size()};

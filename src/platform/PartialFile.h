@@ -45,6 +45,9 @@ class PartialFile {
 
   void writeAt(std::int64_t offset, std::span<const std::byte> bytes);
 
+  /// Reads what was written; gives the number of bytes, fewer than asked only at the end of the file.
+  [[nodiscard]] std::size_t readAt(std::int64_t offset, std::span<std::byte> into) const;
+
   /// Makes the file, empty so far, share all data of `source`; false where the file system cannot.
   [[nodiscard]] bool cloneFrom(const InputFile& source);
 

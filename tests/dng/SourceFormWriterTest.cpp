@@ -349,6 +349,25 @@ TEST_F(OverlappingSegments, AreWrittenWhenTheyHoldTheSameSamples) {
   EXPECT_EQ(samplesOf(destination), samples);
 }
 
+// Two tiles of the right edge, each in the padding of the other: no sample overlaps another.
+TEST_F(OverlappingSegments, MayLieInEachOthersPadding) {
+  DNGBuilder builder;
+  builder.size(12, 4).bits(8).tiles(8, 2).samples(Samples(48, 5)).trailingBytes(16);
+  std::vector<std::int64_t> offsets = builder.segmentOffsets();
+  offsets[3] = offsets[1] + 4;
+  makeSource(builder.rawTag(324, {4, offsets}));
+  Samples samples = samplesOf(source);
+  for (const std::size_t place : {8U, 9U, 20U, 23U, 32U, 44U, 47U})
+    samples[place] = static_cast<std::uint16_t>(100 + place);
+  copy(samples);
+  EXPECT_EQ(samplesOf(destination), samples);
+  const auto general = readBytes(destination);
+  destination = folder / "runs.dng";
+  const std::vector<SampleRun> runs{{0, 8, 2}, {1, 8, 1}, {1, 11, 1}, {2, 8, 1}, {3, 8, 1}, {3, 11, 1}};
+  copyChanged({destination, samples, ChangedSamples(runs), false, std::nullopt});
+  EXPECT_TRUE(readBytes(destination) == general);
+}
+
 TEST_F(OverlappingSegments, AreCaughtWhenTheyOverlapInPart) {
   DNGBuilder builder;
   builder.size(8, 6).strips(3).samples(Samples(48, 5));

@@ -74,6 +74,14 @@ TEST_F(PartialFileTest, DropsQuietlyWhenItCannotBeRemoved) {
   EXPECT_TRUE(exists(path));
 }
 
+TEST_F(PartialFileTest, ReadsWhatWasWrittenAndNothingBehindItsEnd) {
+  partial().writeAt(0, bytesIn("abcdef"));
+  EXPECT_EQ(partial().readAt(1, std::span(buffer)), 3U);
+  EXPECT_THAT(buffer, testing::ElementsAreArray(bytesIn("bcd")));
+  EXPECT_EQ(partial().readAt(4, std::span(buffer)), 2U);
+  EXPECT_EQ(partial().readAt(6, std::span(buffer)), 0U);
+}
+
 TEST_F(PartialFileTest, HasTheModeThatTheUserMaskLeaves) {
   const mode_t old = umask(027);
   struct stat status {};
