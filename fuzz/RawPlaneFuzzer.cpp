@@ -1,6 +1,8 @@
-// Any bytes that have metadata: the decoder and the bit-by-bit reader give the same samples or the same refusal.
+// Any bytes that have metadata: the decoder and the bit-by-bit reader give the same samples or the same refusal, and
+// the file matches the samples that were read from it.
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
+#include "dng/RawPlaneSource.h"
 #include "fuzz/FuzzFile.h"
 #include "tests/support/NaiveRawReader.h"
 
@@ -42,5 +44,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   });
   fuzz::require(fastError == naiveError);
   fuzz::require(fast == naive);
+  if (fastError.empty()) fuzz::require(RawPlaneSource(InputFile(path), metadata).matches(fast));
   return 0;
 }
