@@ -18,7 +18,7 @@ constexpr Kind kinds[] = {Kind::pixel, Kind::column, Kind::partialColumn, Kind::
 constexpr const char* headerKey = "tableColumns";
 
 // For a window that was never changed; the last column takes what is left.
-constexpr int columnWidths[] = {80, 112, 148, 92};
+constexpr int columnWidths[] = {64, 100, 128, 84};
 
 }  // namespace
 

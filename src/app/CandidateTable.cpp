@@ -34,6 +34,8 @@ void CandidateTable::setUpHeader() {
   QHeaderView& header = *horizontalHeader();
   header.setSortIndicatorClearable(true);  // the third click
   header.setSortIndicator(-1, Qt::AscendingOrder);
+  header.setMinimumSectionSize(Metrics::targetHeight);
+  header.setDefaultSectionSize(Metrics::targetHeight);  // the last one grows from here
   header.setStretchLastSection(true);
   header.setHighlightSections(false);
   header.setSectionsMovable(false);

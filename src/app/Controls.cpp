@@ -33,6 +33,7 @@ void setMainAction(QPushButton& button, bool isMain) {
 LocalizedLabel* caption(const char* title, QWidget& buddy) {
   auto* result = new LocalizedLabel(title);
   result->setBuddy(&buddy);
+  result->setMinimumHeight(Metrics::targetHeight);
   return result;
 }
 
