@@ -105,6 +105,36 @@ class Stamp {
   QImage image_;
 };
 
+/// A vertical line drawn once and repeated down a column: hundreds of columns would be slow as strokes.
+class Stripe {
+ public:
+  explicit Stripe(const Stroke& stroke) : image_(2 * half + 1, period, QImage::Format_ARGB32_Premultiplied) {
+    image_.fill(Qt::transparent);
+    QPainter painter(&image_);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double middle = half + 0.5;
+    painter.setPen(haloPen(stroke));
+    painter.drawLine(QPointF(middle, 0), QPointF(middle, period));
+    painter.setPen(QPen(stroke.color, stroke.width, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(QPointF(middle, 0), QPointF(middle, stroke.dashed ? dash : period));
+  }
+
+  /// `x` is the middle of a pixel; dashes begin at `start`.
+  void put(QPainter& painter, double x, double top, double bottom, double start) const {
+    const double left = x - half - 0.5;
+    painter.setBrushOrigin(QPointF(left, std::fmod(std::round(start), period)));
+    painter.fillRect(QRectF(left, std::round(top), image_.width(), std::round(bottom) - std::round(top)),
+                     QBrush(image_));
+  }
+
+ private:
+  static constexpr int half = 3;
+  static constexpr int period = 10;
+  static constexpr int dash = 6;
+
+  QImage image_;
+};
+
 class MarkerPainter {
  public:
   MarkerPainter(QPainter& painter, const MarkerScene& scene, const PreviewTransform& transform, const QRectF& view)
@@ -140,25 +170,31 @@ class MarkerPainter {
     const double left = std::round(area.left() - lineDistance) + 0.5;
     const double right = std::round(area.right() + lineDistance) - 0.5;
     if (right < view_.left() || left > view_.right()) return;
-    drawStroke(painter_, linePath(row, area, left, right), stroke(row), 6);
+    const double top = std::max(area.top(), view_.top() - 1);
+    const double bottom = std::min(area.bottom(), view_.bottom() + 1);
+    if (bottom <= top) return;
+    const Stripe& stripe = stripeFor(row);
+    painter_.setRenderHint(QPainter::Antialiasing, false);
+    for (const double x : {left, right})
+      stripe.put(painter_, x, top, bottom, area.top());
+    painter_.setRenderHint(QPainter::Antialiasing);
+    const QPainterPath ends = endsOfLine(row, QRectF(QPointF(left, area.top()), QPointF(right, area.bottom())));
+    if (!ends.isEmpty()) drawStroke(painter_, ends, stroke(row), 6);
   }
 
-  // Clipped here, with whole dashes: a column at high zoom is longer than a painter's coordinates go.
-  QPainterPath linePath(int row, const QRectF& area, double left, double right) const {
-    constexpr double beyond = 102;  // ten dashes with their gaps
-    const double top = std::max(area.top(), view_.top() - beyond + std::fmod(area.top() - view_.top(), beyond / 10));
-    const double bottom = std::min(area.bottom(), view_.bottom() + beyond);
+  QPainterPath endsOfLine(int row, const QRectF& frame) const {
     QPainterPath path;
-    for (const double x : {left, right}) {
-      path.moveTo(x, top);
-      path.lineTo(x, bottom);
-    }
     if (candidate(row).yStart > scene_.store.metadata().activeY) {
-      path.moveTo(left - barLength, area.top());
-      path.lineTo(right + barLength, area.top());
+      path.moveTo(frame.left() - barLength, frame.top());
+      path.lineTo(frame.right() + barLength, frame.top());
     }
-    if (isSelected(row)) addTicks(path, QRectF(QPointF(left, area.top()), QPointF(right, area.bottom())));
+    if (isSelected(row)) addTicks(path, frame);
     return path;
+  }
+
+  const Stripe& stripeFor(int row) const {
+    if (isSelected(row)) return scene_.store.isIncluded(row) ? selectedIncluded_ : selectedExcluded_;
+    return scene_.store.isIncluded(row) ? included_ : excluded_;
   }
 
   void drawSpot(int row) {
@@ -196,6 +232,10 @@ class MarkerPainter {
   const MarkerScene& scene_;
   const PreviewTransform& transform_;
   QRectF view_;
+  Stripe included_{strokeFor(true, false)};
+  Stripe excluded_{strokeFor(false, false)};
+  Stripe selectedIncluded_{strokeFor(true, true)};
+  Stripe selectedExcluded_{strokeFor(false, true)};
 };
 
 }  // namespace
