@@ -125,7 +125,7 @@ DNGBuilder& DNGBuilder::samples(std::vector<std::uint16_t> values) {
   return *this;
 }
 
-DNGBuilder& DNGBuilder::linearization(std::vector<std::uint16_t> table) {
+DNGBuilder& DNGBuilder::linearization(const std::vector<std::uint16_t>& table) {
   return rawTag(50712, shorts(table));
 }
 

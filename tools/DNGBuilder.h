@@ -38,7 +38,7 @@ class DNGBuilder {
   DNGBuilder& cfa(const std::string& colours);             ///< four letters of R, G and B, row after row
   DNGBuilder& linear(std::int64_t photometric = 34892);    ///< no mosaic
   DNGBuilder& samples(std::vector<std::uint16_t> values);  ///< stored codes, before any linearization; row after row
-  DNGBuilder& linearization(std::vector<std::uint16_t> table);
+  DNGBuilder& linearization(const std::vector<std::uint16_t>& table);
 
   DNGBuilder& black(std::int64_t level);
   DNGBuilder& white(std::int64_t level);

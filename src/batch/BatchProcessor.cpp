@@ -53,6 +53,8 @@ void BatchProcessor::cancel() {
   implementation_->cancelled.set();
 }
 
+// What a batch is told is what window and command line hand over: one value each, no record of their own.
+// NOLINTBEGIN(readability-function-size)
 void BatchProcessor::process(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
                              CameraProfile profile, std::int64_t workers, BatchOptions options,
                              ProgressHandler progress, const CompletionHandler& completion) {
@@ -89,5 +91,6 @@ BatchSummary BatchProcessor::processFiles(const std::vector<std::filesystem::pat
   return implementation_->run(
       {listedSources(sources), outputDirectory, profile, clampedWorkers(workers), options, progress, file});
 }
+// NOLINTEND(readability-function-size)
 
 }  // namespace tessaly

@@ -122,8 +122,10 @@ class SpotSearch {
     double weightedY = 0;
     for (const Member& member : cluster.members) {
       weight += -member.mean;
-      weightedX += -member.mean * static_cast<double>(member.index % map_.width());
-      weightedY += -member.mean * static_cast<double>(member.index / map_.width());
+      const std::int64_t x = member.index % map_.width();
+      const std::int64_t y = member.index / map_.width();
+      weightedX += -member.mean * static_cast<double>(x);
+      weightedY += -member.mean * static_cast<double>(y);
     }
     const Bounds& bounds = cluster.bounds;
     return {CalibrationCandidate::Kind::spot,

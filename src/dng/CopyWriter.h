@@ -27,7 +27,7 @@ struct CopyRequest {
 
 /// What bytes pass through on their way to the copy: more than the longest row (200,000 bytes), few enough to stay in
 /// the processor's cache.
-inline constexpr std::size_t copyBufferSize = 256 * 1024;
+inline constexpr std::size_t copyBufferSize = std::size_t{256} * 1024;
 
 /// The checks that come before a source is opened: throws invalid("Synthetic exposure range") or
 /// invalid("Output exists or equals source").

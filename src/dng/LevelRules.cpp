@@ -54,13 +54,16 @@ bool isRepeatPattern(const std::vector<std::int64_t>& repeat, std::int64_t level
   return isSide(repeat[0]) && isSide(repeat[1]) && repeat[0] * repeat[1] == levels;
 }
 
+[[noreturn]] void refuseBlackRepeat() {
+  throw DNGError::invalid("BlackLevelRepeatDim");
+}
+
 void readBlackRepeat(const DirectoryTags& raw, DNGSourceEncoding& encoding) {
   if (!raw.has(TIFFTag::blackLevelRepeatDim)) return;
-  const DNGError error = DNGError::invalid("BlackLevelRepeatDim");
-  if (raw.count(TIFFTag::blackLevelRepeatDim) != 2) throw error;
+  if (raw.count(TIFFTag::blackLevelRepeatDim) != 2) refuseBlackRepeat();
   encoding.blackRepeat = raw.ints(TIFFTag::blackLevelRepeatDim);
   const std::size_t levels = std::max<std::size_t>(encoding.blackLevels.size(), 1);
-  if (!isRepeatPattern(encoding.blackRepeat, static_cast<std::int64_t>(levels))) throw error;
+  if (!isRepeatPattern(encoding.blackRepeat, static_cast<std::int64_t>(levels))) refuseBlackRepeat();
 }
 
 std::int64_t whiteLevelOf(const DNGSourceEncoding& encoding, std::int64_t bits) {

@@ -14,7 +14,7 @@ namespace tessaly {
 namespace {
 
 // Unchanged bytes between changed rows that are rather written along than copied in a call of their own.
-constexpr std::int64_t longestBridge = 64 * 1024;
+constexpr std::int64_t longestBridge = std::int64_t{64} * 1024;
 
 std::span<std::byte> part(std::span<std::byte> bytes, std::int64_t offset, std::int64_t length) {
   return bytes.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(length));

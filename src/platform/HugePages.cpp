@@ -8,7 +8,7 @@
 namespace tessaly {
 namespace {
 
-constexpr std::uintptr_t hugePageSize = 2 * 1024 * 1024;
+constexpr std::uintptr_t hugePageSize = std::uintptr_t{2} * 1024 * 1024;
 
 }  // namespace
 
@@ -18,9 +18,8 @@ constexpr std::uintptr_t hugePageSize = 2 * 1024 * 1024;
 void preferHugePages(std::span<std::byte> memory) {
   if (memory.size() < hugePageSize) return;
   const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-  const auto start = reinterpret_cast<std::uintptr_t>(memory.data()) / pageSize * pageSize;
-  const auto end = reinterpret_cast<std::uintptr_t>(memory.data()) + memory.size();
-  ::madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+  const std::uintptr_t lead = reinterpret_cast<std::uintptr_t>(memory.data()) % pageSize;
+  ::madvise(memory.data() - lead, memory.size() + lead, MADV_HUGEPAGE);
 }
 
 std::size_t wholeHugePages(std::size_t bytes) {

@@ -14,7 +14,7 @@ namespace tessaly {
 namespace {
 
 // Enough for the medium to be busy with while the next bytes are prepared.
-constexpr std::int64_t startedAtOnce = 8 * 1024 * 1024;
+constexpr std::int64_t startedAtOnce = std::int64_t{8} * 1024 * 1024;
 
 std::filesystem::path temporaryPath(const std::filesystem::path& folder) {
   return folder / ("." + UUID::random().text() + ".partial");
