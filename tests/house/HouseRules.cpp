@@ -1,0 +1,235 @@
+#include "house/HouseRules.h"
+
+#include "house/SourceTree.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <set>
+
+namespace tessaly::house {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string at(const TextFile& file, std::size_t line) {
+  return file.path + ":" + std::to_string(line + 1) + ": ";
+}
+
+using LineCheck = std::function<std::string(const TextFile& file, const std::string& line)>;
+
+/// What `check` says of the lines of these files, each with its place.
+Complaints complaintsOf(const std::vector<TextFile>& files, const LineCheck& check) {
+  Complaints complaints;
+  for (const TextFile& file : files) {
+    for (std::size_t i = 0; i < file.lines.size(); ++i) {
+      const std::string complaint = check(file, file.lines[i]);
+      if (!complaint.empty()) complaints.push_back(at(file, i) + complaint);
+    }
+  }
+  return complaints;
+}
+
+std::string folderOf(const std::string& path) {
+  const std::string below = path.starts_with("src/") ? path.substr(4) : path;
+  const std::size_t slash = below.find('/');
+  return slash == std::string::npos ? "" : below.substr(0, slash);
+}
+
+// The floors from below; folders of one floor do not know each other.
+const std::map<std::string, int>& floors() {
+  static const std::map<std::string, int> floors{
+      {"platform", 0},     {"dng", 1},   {"profile", 2}, {"preferences", 2},  {"repair", 3}, {"calibration", 3},
+      {"localization", 3}, {"store", 4}, {"batch", 5},   {"presentation", 6}, {"cli", 7},    {"app", 7}};
+  return floors;
+}
+
+std::string upwardInclude(const TextFile& file, const std::string& line) {
+  if (!line.starts_with("#include \"")) return {};
+  const std::string from = folderOf(file.path);
+  const std::string to = folderOf(includedBy(line));
+  if (from == to) return {};
+  if (!floors().contains(from)) return "stands on no known floor";
+  const bool isBelow = floors().contains(to) && floors().at(to) < floors().at(from);
+  return isBelow ? "" : "includes " + includedBy(line);
+}
+
+std::string toolkitInclude(const TextFile& file, const std::string& line) {
+  const std::string included = includedBy(line);
+  const bool isToolkit = included.size() > 1 && included[0] == 'Q' && included[1] >= 'A' && included[1] <= 'z';
+  const bool isAllowed =
+      file.path.starts_with("src/app/") || (file.path.starts_with("src/preferences/") && file.path.ends_with(".cpp"));
+  return isToolkit && !isAllowed ? "includes " + included : "";
+}
+
+std::string localeBoundCall(const TextFile&, const std::string& line) {
+  static const std::set<std::string> functions{"printf",       "snprintf",      "sprintf", "fprintf", "strtod",
+                                               "strtof",       "atof",          "stod",    "stof",    "sscanf",
+                                               "stringstream", "ostringstream", "tolower"};
+  for (const std::string& word : wordsOf(line))
+    if (functions.contains(word)) return word + " depends on the locale";
+  return {};
+}
+
+// In pieces, so that this file does not say the words either.
+bool namesADocument(const std::string& word) {
+  static const std::string stem = std::string("pe") + "c";
+  static const std::set<std::string> endings{"", "s", "ification", "ifications"};
+  const bool hasStem = (word[0] == 's' || word[0] == 'S') && word.compare(1, stem.size(), stem) == 0;
+  return hasStem && endings.contains(word.substr(1 + stem.size()));
+}
+
+bool isNumber(const std::string& word) {
+  return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// "P-art 1.2", "i-ssue 3", "i-ssue #3"; a part that is a column or a picture has no two numbers behind it.
+bool namesAChapter(const std::vector<std::string>& words, const std::string& line) {
+  for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+    const bool isChapter = words[i] == "Part" && i + 2 < words.size() && isNumber(words[i + 2]) &&
+                           line.find("Part " + words[i + 1] + "." + words[i + 2]) != std::string::npos;
+    const bool isTracker = (words[i] == "issue" || words[i] == "Issue") && isNumber(words[i + 1]);
+    if (isChapter || isTracker) return true;
+  }
+  return false;
+}
+
+// Tests use made-up ones.
+bool namesAMachine(const TextFile& file, const std::string& line) {
+  static const std::vector<std::string> places{"/home/", "/root/", "/tmp/", "/work/"};
+  return !file.path.starts_with("tests/") && std::any_of(places.begin(), places.end(), [&](const std::string& place) {
+    return line.find(place) != std::string::npos;
+  });
+}
+
+std::string outsideReference(const TextFile& file, const std::string& line) {
+  const std::vector<std::string> words = wordsOf(line);
+  const bool isDocument = std::any_of(words.begin(), words.end(), namesADocument);
+  if (isDocument || namesAChapter(words, line)) return "points to another document: " + line;
+  return namesAMachine(file, line) ? "names a place on a machine: " + line : "";
+}
+
+std::vector<std::string> listedPackages(const fs::path& root) {
+  std::vector<std::string> packages = linesOf(root / "packages.txt");
+  std::erase_if(packages, [](const std::string& line) { return line.empty() || line[0] == '#' || line[0] == '['; });
+  return packages;
+}
+
+// What find_package and pkg_check_modules are asked for, and the package that brings it.
+const std::map<std::string, std::string>& packageOfLibrary() {
+  static const std::map<std::string, std::string> packages{{"Threads", "g++"},
+                                                           {"fmt", "libfmt-dev"},
+                                                           {"ICU", "libicu-dev"},
+                                                           {"nlohmann_json", "nlohmann-json3-dev"},
+                                                           {"CLI11", "libcli11-dev"},
+                                                           {"date", "libhowardhinnant-date-dev"},
+                                                           {"PkgConfig", "pkg-config"},
+                                                           {"uuid", "uuid-dev"},
+                                                           {"Qt6", "qt6-base-dev"},
+                                                           {"Svg", "qt6-svg-dev"},
+                                                           {"GTest", "libgtest-dev"},
+                                                           {"libraw_r", "libraw-dev"},
+                                                           {"benchmark", "libbenchmark-dev"}};
+  return packages;
+}
+
+// The library that a line of CMake looks for, and Qt's modules that have packages of their own.
+std::vector<std::string> librariesWanted(const std::string& line) {
+  const std::vector<std::string> words = wordsOf(line);
+  if (words.size() < 2) return {};
+  if (words[0] == "pkg_check_modules") return {words.back()};
+  if (words[0] != "find_package") return {};
+  std::vector<std::string> wanted{words[1]};
+  if (words[1] == "Qt6" && std::find(words.begin(), words.end(), "Svg") != words.end()) wanted.emplace_back("Svg");
+  return wanted;
+}
+
+bool isCMake(const TextFile& file) {
+  return file.path.ends_with("CMakeLists.txt") || file.path.ends_with(".cmake");
+}
+
+/// The .cpp files that a CMakeLists.txt names, below the root.
+std::set<std::string> builtSources(const std::vector<TextFile>& files) {
+  std::set<std::string> built;
+  for (const TextFile& file : files) {
+    if (!isCMake(file)) continue;
+    const fs::path folder = fs::path(file.path).parent_path();
+    for (const std::string& line : file.lines)
+      for (const std::string& argument : argumentsOf(line))
+        if (argument.ends_with(".cpp")) built.insert((folder / argument).lexically_normal().generic_string());
+  }
+  return built;
+}
+
+// Longer ones, with the reason.
+std::size_t longestAllowed(const std::string& path) {
+  static const std::map<std::string, std::size_t> exceptions{
+      {"src/localization/Entries.cpp", 800},                 // a table: one text a row, in three languages
+      {"tests/calibration/ReferenceCalibration.cpp", 800}};  // the rules in one piece, to be read from top to bottom
+  if (exceptions.contains(path)) return exceptions.at(path);
+  return path.starts_with("tests/") ? 750 : 400;
+}
+
+}  // namespace
+
+Complaints upwardIncludes(const fs::path& root) {
+  return complaintsOf(cppFiles(root, "src/"), upwardInclude);
+}
+
+Complaints toolkitIncludes(const fs::path& root) {
+  return complaintsOf(cppFiles(root, "src/"), toolkitInclude);
+}
+
+Complaints localeBoundCalls(const fs::path& root) {
+  return complaintsOf(cppFiles(root, "src/"), localeBoundCall);
+}
+
+Complaints outsideReferences(const fs::path& root) {
+  return complaintsOf(textFiles(root), outsideReference);
+}
+
+Complaints packageFaults(const fs::path& root) {
+  Complaints complaints;
+  std::set<std::string> listed;
+  for (const std::string& package : listedPackages(root))
+    if (!listed.insert(package).second) complaints.push_back("packages.txt: lists " + package + " twice");
+  std::vector<TextFile> files = textFiles(root);
+  std::erase_if(files, [](const TextFile& file) { return !isCMake(file); });
+  const auto missing = complaintsOf(files, [&](const TextFile&, const std::string& line) {
+    for (const std::string& library : librariesWanted(line)) {
+      const auto package = packageOfLibrary().find(library);
+      if (package == packageOfLibrary().end()) return "no package is known here for " + library;
+      if (!listed.contains(package->second)) return "packages.txt lacks " + package->second + " for " + library;
+    }
+    return std::string();
+  });
+  complaints.insert(complaints.end(), missing.begin(), missing.end());
+  return complaints;
+}
+
+Complaints unbuiltSources(const fs::path& root) {
+  const std::vector<TextFile> files = textFiles(root);
+  const std::set<std::string> built = builtSources(files);
+  Complaints complaints;
+  for (const TextFile& file : files)
+    if (file.path.ends_with(".cpp") && !built.contains(file.path)) complaints.push_back(file.path + " is not built");
+  return complaints;
+}
+
+Complaints longFiles(const fs::path& root) {
+  Complaints complaints;
+  for (const TextFile& file : cppFiles(root, ""))
+    if (file.lines.size() > longestAllowed(file.path))
+      complaints.push_back(file.path + " has " + std::to_string(file.lines.size()) + " lines");
+  return complaints;
+}
+
+Complaints silentHeaders(const fs::path& root) {
+  Complaints complaints;
+  for (const TextFile& file : cppFiles(root, ""))
+    if (file.path.ends_with(".h") && (file.lines.empty() || !file.lines[0].starts_with("// ")))
+      complaints.push_back(file.path + " does not say what it is");
+  return complaints;
+}
+
+}  // namespace tessaly::house

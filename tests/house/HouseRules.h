@@ -1,0 +1,40 @@
+// The rules of CONTRIBUTING.md that a machine can hold: who may include whom, what is listed where, what no file says.
+// Each takes the project's root folder and gives one line for each place where it is broken.
+//
+// Stateless; safe from several threads.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tessaly::house {
+
+using Complaints = std::vector<std::string>;
+
+/// A folder of src/ includes only folders of lower floors, and nothing outside src/.
+[[nodiscard]] Complaints upwardIncludes(const std::filesystem::path& root);
+
+/// Qt is included by the window, and by the sources (not the headers) of the preferences.
+[[nodiscard]] Complaints toolkitIncludes(const std::filesystem::path& root);
+
+/// No function of the standard library whose result depends on the process locale, in src/.
+[[nodiscard]] Complaints localeBoundCalls(const std::filesystem::path& root);
+
+/// Text files point to nothing that is not in this repository: documents and their chapters, trackers, absolute paths
+/// of somebody's machine (tests may name the temporary folder).
+[[nodiscard]] Complaints outsideReferences(const std::filesystem::path& root);
+
+/// packages.txt lists each package once, and the package of every library that CMake looks for.
+[[nodiscard]] Complaints packageFaults(const std::filesystem::path& root);
+
+/// Every .cpp file is named by a CMakeLists.txt.
+[[nodiscard]] Complaints unbuiltSources(const std::filesystem::path& root);
+
+/// C++ files are short; tests may be longer, and tables and second implementations are listed with the rule.
+[[nodiscard]] Complaints longFiles(const std::filesystem::path& root);
+
+/// Headers open with a comment that says what they are.
+[[nodiscard]] Complaints silentHeaders(const std::filesystem::path& root);
+
+}  // namespace tessaly::house
