@@ -1,0 +1,140 @@
+#include "app/MainWindowController.h"
+
+#include "app/AlertSheet.h"
+#include "app/Controls.h"
+#include "app/Icons.h"
+#include "app/LocalizeView.h"
+#include "app/Metrics.h"
+#include "app/QtText.h"
+#include "app/WindowState.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QScrollArea>
+
+namespace tessaly {
+namespace {
+
+constexpr const char* placeKey = "place";
+constexpr const char* maximizedKey = "maximized";
+constexpr const char* tabKey = "tab";
+
+constexpr QSize usualSize(1280, 820);
+constexpr QSize smallestSize(1080, 700);
+constexpr double mostOfScreen = 0.9;
+
+QSize scaled(QSize size) {
+  return {Metrics::scaled(size.width()), Metrics::scaled(size.height())};
+}
+
+QList<QRect> availableScreens() {
+  QList<QRect> areas;
+  areas << QGuiApplication::primaryScreen()->availableGeometry();
+  for (const QScreen* screen : QGuiApplication::screens())
+    if (screen != QGuiApplication::primaryScreen()) areas << screen->availableGeometry();
+  return areas;
+}
+
+}  // namespace
+
+MainWindowController::MainWindowController(Panels& panels)
+    : tabs_(new QTabWidget),
+      calibration_(new CalibrationViewController(panels)),
+      batch_(new BatchViewController(panels)),
+      settingsButton_(new QToolButton) {
+  setWindowTitle(localized("Tessaly"));
+  tabs_->setDocumentMode(true);
+  addTab(*calibration_, "1. Create Camera Profile");
+  addTab(*batch_, "2. Batch Repair DNG");
+  tabs_->widget(0)->setObjectName(QStringLiteral("calibration"));
+  makeSettingsButton();
+  setCentralWidget(tabs_);
+  connect(calibration_, &CalibrationViewController::profileSaved, batch_, &BatchViewController::reloadProfiles);
+  Controls::addShortcut(*this, Qt::CTRL | Qt::Key_1, [this] { tabs_->setCurrentIndex(0); });
+  Controls::addShortcut(*this, Qt::CTRL | Qt::Key_2, [this] { tabs_->setCurrentIndex(1); });
+  setSmallestSize();
+  refreshLanguage();
+}
+
+// Where the screen is smaller than a tab needs to be, the tab scrolls.
+void MainWindowController::addTab(QWidget& tab, const char* title) {
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidget(&tab);
+  tabs_->addTab(area, localized(title));
+}
+
+void MainWindowController::makeSettingsButton() {
+  settingsButton_->setText(localized("Settings"));
+  settingsButton_->setToolTip(localized("Settings"));
+  settingsButton_->setAccessibleName(localized("Settings"));
+  settingsButton_->setIcon(tintedIcon("gear"));
+  settingsButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  settingsButton_->setAutoRaise(true);
+  settingsButton_->setFocusPolicy(Qt::StrongFocus);
+  settingsButton_->setMinimumHeight(Metrics::targetHeight);
+  tabs_->setCornerWidget(settingsButton_, Qt::TopRightCorner);
+  connect(settingsButton_, &QToolButton::clicked, this, &MainWindowController::settingsRequested);
+}
+
+// The sizes grow with the font, as far as the screen goes.
+void MainWindowController::setSmallestSize() {
+  setMinimumSize(scaled(smallestSize).boundedTo(availableScreens().constFirst().size() * mostOfScreen));
+}
+
+void MainWindowController::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ApplicationFontChange) setSmallestSize();
+}
+
+// Alerts are windows of their own; they follow too.
+void MainWindowController::refreshLanguage() {
+  localizeView(*this);
+  for (AlertSheet* sheet : findChildren<AlertSheet*>(Qt::FindDirectChildrenOnly))
+    localizeView(*sheet);
+}
+
+void MainWindowController::showWindow() {
+  restoreState();
+  show();
+  raise();
+  activateWindow();
+}
+
+void MainWindowController::showRunningBatch() {
+  tabs_->setCurrentIndex(1);
+  show();
+  raise();
+  activateWindow();
+  batch_->stopButton->setFocus();
+}
+
+void MainWindowController::closeEvent(QCloseEvent* event) {
+  if (isProcessing()) {
+    event->ignore();
+    return showRunningBatch();
+  }
+  saveState();
+  event->accept();
+  emit closed();
+}
+
+void MainWindowController::restoreState() {
+  const QList<QRect> screens = availableScreens();
+  const QSize usual = scaled(usualSize).boundedTo(screens.constFirst().size() * mostOfScreen);
+  setGeometry(placedWindow(WindowState::value(placeKey).toRect(), usual, screens));
+  if (WindowState::value(maximizedKey, false).toBool()) setWindowState(Qt::WindowMaximized);
+  tabs_->setCurrentIndex(WindowState::value(tabKey, 0).toInt());
+}
+
+void MainWindowController::saveState() const {
+  WindowState::setValue(placeKey, isMaximized() ? normalGeometry() : geometry());
+  WindowState::setValue(maximizedKey, isMaximized());
+  WindowState::setValue(tabKey, tabs_->currentIndex());
+  calibration_->saveState();
+}
+
+}  // namespace tessaly
