@@ -128,6 +128,7 @@ void BatchViewController::connectControls() {
   Controls::addShortcut(*this, Qt::CTRL | Qt::Key_Enter, *startButton);
   Controls::addShortcut(*this, Qt::Key_F5, *reloadButton);
   Controls::addShortcut(*this, Qt::CTRL | Qt::Key_Period, *stopButton);
+  setFocusProxy(profilePopUp);
   Controls::setFocusOrder({profilePopUp, reloadButton, inputButton, outputButton, defaultOutputButton, workersPopUp,
                            startButton, stopButton, openButton});
 }

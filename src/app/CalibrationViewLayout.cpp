@@ -142,6 +142,7 @@ void CalibrationViewController::addDropTargets() {
 }
 
 void CalibrationViewController::setFocusOrder() {
+  setFocusProxy(source_->folderButton);
   Controls::setFocusOrder({
       source_->folderButton,
       analyzeButton,

@@ -51,8 +51,8 @@ MainWindowController::MainWindowController(Panels& panels)
   makeSettingsButton();
   setCentralWidget(tabs_);
   connect(calibration_, &CalibrationViewController::profileSaved, batch_, &BatchViewController::reloadProfiles);
-  Controls::addShortcut(*this, Qt::CTRL | Qt::Key_1, [this] { tabs_->setCurrentIndex(0); });
-  Controls::addShortcut(*this, Qt::CTRL | Qt::Key_2, [this] { tabs_->setCurrentIndex(1); });
+  Controls::addShortcut(*this, Qt::CTRL | Qt::Key_1, [this] { showTab(0); });
+  Controls::addShortcut(*this, Qt::CTRL | Qt::Key_2, [this] { showTab(1); });
   setSmallestSize();
   refreshLanguage();
 }
@@ -102,6 +102,13 @@ void MainWindowController::showWindow() {
   show();
   raise();
   activateWindow();
+  showTab(tabs_->currentIndex());
+}
+
+// The focus goes into the tab: its keys work from there.
+void MainWindowController::showTab(int index) {
+  tabs_->setCurrentIndex(index);
+  (index == 0 ? static_cast<QWidget*>(calibration_) : batch_)->setFocus();
 }
 
 void MainWindowController::showRunningBatch() {

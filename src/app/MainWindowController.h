@@ -46,6 +46,7 @@ class MainWindowController : public QMainWindow {
 
  private:
   void addTab(QWidget& tab, const char* title);
+  void showTab(int index);
   void makeSettingsButton();
   void setSmallestSize();
   void restoreState();

@@ -14,6 +14,8 @@ inline constexpr int targetHeight = 28;
 /// What a button keeps free beside its text more than the style does, both sides together.
 inline constexpr int buttonMargin = 16;
 
+inline constexpr int tabHeight = 34;
+
 /// How much larger the application's font is than the one the layout was drawn for; never below 1.
 [[nodiscard]] double fontScale();
 

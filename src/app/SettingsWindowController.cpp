@@ -170,6 +170,12 @@ void SettingsWindowController::showOutputPath() {
   path.empty() ? outputPath->setStringValue("No custom output folder selected") : outputPath->setName(path);
 }
 
+// Fonts and with them heights are certain only now.
+void SettingsWindowController::showEvent(QShowEvent* event) {
+  fitToContent();
+  QDialog::showEvent(event);
+}
+
 // ---- Camera profiles
 
 // A profile may have been saved while another window was in front.

@@ -57,6 +57,7 @@ class SettingsWindowController : public QDialog {
 
  protected:
   void changeEvent(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
  private:
   void makeControls();

@@ -67,6 +67,12 @@ QWidget* line(std::initializer_list<QWidget*> widgets) {
   return row;
 }
 
+QWidget* leftAligned(QWidget& widget) {
+  QWidget* row = line({&widget});
+  static_cast<QHBoxLayout*>(row->layout())->addStretch(1);
+  return row;
+}
+
 }  // namespace
 
 void SettingsWindowController::makeControls() {
@@ -123,7 +129,8 @@ void SettingsWindowController::addProcessingSection(QGridLayout& grid) {
   rows.control("Default concurrent files", *workers);
   rows.note("Automatic balances memory and speed. You can override it for each batch.");
   rows.control("Default output", *output);
-  rows.wide(*line({chooseOutputButton, outputPath}));
+  rows.wide(*leftAligned(*chooseOutputButton));
+  rows.wide(*outputPath);
   rows.note("A Tessaly Results subfolder keeps originals separate. Custom folders need your permission.");
   rows.control("Existing output files", *collision);
   rows.note("Originals and existing results are never overwritten.");
@@ -159,10 +166,12 @@ void SettingsWindowController::fitToContent() {
   }
   const QWidget& content = *area_->widget();
   const int width = std::max(Metrics::scaled(windowWidth), content.minimumSizeHint().width());
-  const int height = content.layout()->totalHeightForWidth(width);
+  const int height = std::max(content.layout()->totalHeightForWidth(width), content.minimumSizeHint().height());
   const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen);
+  // Where all fits, a bar must not come and take the width that makes it fit.
+  area_->setVerticalScrollBarPolicy(height <= limit ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
   setFixedWidth(width);
-  resize(width, std::min(std::max(height, content.minimumSizeHint().height()), limit));
+  resize(width, std::min(height, limit));
 }
 
 }  // namespace tessaly

@@ -67,7 +67,10 @@ void drawCheckBox(const QStyleOption& option, QPainter& painter) {
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                               const QWidget* widget) const {
   const QSize plain = QProxyStyle::sizeFromContents(type, option, size, widget);
-  return type == CT_PushButton ? plain + QSize(Metrics::scaled(Metrics::buttonMargin), 0) : plain;
+  const int margin = Metrics::scaled(Metrics::buttonMargin);
+  if (type == CT_PushButton) return plain + QSize(margin, 0);
+  if (type == CT_TabBarTab) return (plain + QSize(margin, 0)).expandedTo({0, Metrics::scaled(Metrics::tabHeight)});
+  return plain;
 }
 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
