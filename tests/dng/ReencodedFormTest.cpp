@@ -218,14 +218,14 @@ TEST_F(ReencodedForm, DropsWhatNoLongerHolds) {
 
 TEST_F(ReencodedForm, KeepsTheWhiteLevelOfTheSource) {
   makeCopy(builder());
-  const PlainEntry& white = rawOf(*after, false).entries.at(50717);
+  const PlainEntry white = rawOf(*after, false).entries.at(50717);
   EXPECT_EQ(after->value(white), 60000);
   EXPECT_EQ(white.type, 3);
 }
 
 TEST_F(ReencodedForm, SaysTheWhiteLevelThatTheTableImplied) {
   makeCopy(builder().withoutRawTag(50717));
-  const PlainEntry& white = rawOf(*after, false).entries.at(50717);
+  const PlainEntry white = rawOf(*after, false).entries.at(50717);
   EXPECT_EQ(white.type, 4);
   EXPECT_EQ(white.count, 1);
   EXPECT_EQ(after->value(white), table().back());

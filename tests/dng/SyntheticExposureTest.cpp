@@ -35,7 +35,7 @@ class SyntheticExposure : public tests::WriterFixture {
   }
 
   [[nodiscard]] std::pair<std::int64_t, std::int64_t> exposure() const {
-    const PlainEntry& entry = exif().entries.at(33434);
+    const PlainEntry entry = exif().entries.at(33434);
     EXPECT_EQ(entry.type, 5);
     EXPECT_EQ(entry.count, 1);
     return {after->number(entry.offset, 4), after->number(entry.offset + 4, 4)};

@@ -15,6 +15,7 @@
 namespace tessaly {
 namespace {
 
+using namespace std::string_literals;
 using ::testing::HasSubstr;
 
 constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
@@ -166,7 +167,7 @@ TEST(CameraProfileJSON, KeepsTheWholeRangeOfNumbers) {
 
 TEST(CameraProfileJSON, KeepsEveryCharacterOfATextThatIsUTF8) {
   CameraProfile profile = everyField();
-  profile.name = std::string("a\0b\n\t\\\"\x7f é 相 \xF0\x9F\x93\xB7", 22);
+  profile.name = "a\0b\n\t\\\"\x7f é 相 \xF0\x9F\x93\xB7"s;
   EXPECT_EQ(decodeProfile(encodeProfile(profile)).name, profile.name);
 }
 
