@@ -30,7 +30,6 @@ CalibrationGuide::CalibrationGuide(QWidget* parent) : QWidget(parent), disclosur
   disclosure_->setAutoRaise(true);
   disclosure_->setCheckable(true);
   disclosure_->setFocusPolicy(Qt::StrongFocus);
-  disclosure_->setMinimumHeight(Metrics::targetHeight);
   connect(disclosure_, &QToolButton::clicked, this, [this](bool open) {
     WindowState::setValue(stateKey, open);
     setOpen(open);

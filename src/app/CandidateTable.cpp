@@ -89,7 +89,12 @@ void CandidateTable::step(int rows) {
 }
 
 void CandidateTable::toggleSelected() {
-  if (currentIndex().isValid()) toggleFrom(currentIndex());
+  const QModelIndexList selected = selectedIndexes();
+  if (currentIndex().isValid()) {
+    toggleFrom(currentIndex());
+  } else if (!selected.isEmpty()) {
+    toggleFrom(selected.constFirst());
+  }
 }
 
 void CandidateTable::toggleFrom(const QModelIndex& index) {

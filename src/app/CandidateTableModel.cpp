@@ -75,7 +75,7 @@ bool CandidateTableModel::setData(const QModelIndex& index, const QVariant& valu
 }
 
 Qt::ItemFlags CandidateTableModel::flags(const QModelIndex& index) const {
-  const Qt::ItemFlags plain = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+  const Qt::ItemFlags plain = QAbstractTableModel::flags(index);
   return index.isValid() && index.column() == include ? plain | Qt::ItemIsUserCheckable : plain;
 }
 

@@ -14,7 +14,6 @@ namespace tessaly::Controls {
 QPushButton* button(const char* title, const char* toolTip) {
   auto* result = new QPushButton(localized(title));
   result->setAutoDefault(false);
-  result->setMinimumHeight(Metrics::targetHeight);
   if (toolTip) result->setToolTip(localized(toolTip));
   return result;
 }
@@ -33,14 +32,12 @@ void setMainAction(QPushButton& button, bool isMain) {
 LocalizedLabel* caption(const char* title, QWidget& buddy) {
   auto* result = new LocalizedLabel(title);
   result->setBuddy(&buddy);
-  result->setMinimumHeight(Metrics::targetHeight);
   return result;
 }
 
 QLineEdit* field(const char* name, int characters, const char* toolTip) {
   auto* result = new QLineEdit;
   result->setAccessibleName(localized(name));
-  result->setMinimumHeight(Metrics::targetHeight);
   result->setAcceptDrops(false);  // a dropped folder is for the tab
   const int margins = 2 * Metrics::grid + 4;
   result->setFixedWidth(result->fontMetrics().horizontalAdvance(QLatin1Char('0')) * characters + margins);
@@ -51,7 +48,6 @@ QLineEdit* field(const char* name, int characters, const char* toolTip) {
 QComboBox* popUp(const char* name, std::initializer_list<const char*> items) {
   auto* result = new QComboBox;
   result->setAccessibleName(localized(name));
-  result->setMinimumHeight(Metrics::targetHeight);
   result->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   result->setView(new QListView(result));
   for (const char* item : items)

@@ -8,6 +8,8 @@
 #include <QAbstractButton>
 #include <QAbstractItemModel>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QTabWidget>
@@ -24,6 +26,9 @@ void localizeItems(QComboBox& popUp) {
   if (popUp.objectName() == QLatin1String(userProfilesIdentifier)) return;
   for (int item = 0; item < popUp.count(); ++item)
     popUp.setItemText(item, translated(popUp.itemText(item)));
+  // Qt measures the smallest size once; this makes it do so again.
+  QEvent remeasure(QEvent::StyleChange);
+  QCoreApplication::sendEvent(&popUp, &remeasure);
 }
 
 void localizeTabs(QTabWidget& tabs) {

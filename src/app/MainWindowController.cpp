@@ -75,7 +75,6 @@ void MainWindowController::makeSettingsButton() {
   settingsButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   settingsButton_->setAutoRaise(true);
   settingsButton_->setFocusPolicy(Qt::StrongFocus);
-  settingsButton_->setMinimumHeight(Metrics::targetHeight);
   tabs_->setCornerWidget(settingsButton_, Qt::TopRightCorner);
   connect(settingsButton_, &QToolButton::clicked, this, &MainWindowController::settingsRequested);
 }

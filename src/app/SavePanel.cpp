@@ -10,7 +10,6 @@ namespace tessaly {
 SavePanel::SavePanel(QWidget* parent)
     : QWidget(parent), profileName(new QLineEdit), saveButton(Controls::button("Save Camera Profile")) {
   profileName->setAccessibleName(localized("Profile Name"));
-  profileName->setMinimumHeight(Metrics::targetHeight);
   profileName->setAcceptDrops(false);
   auto* title = Controls::caption("Profile Name", *profileName);
   makeHeading(*title);

@@ -19,7 +19,6 @@ constexpr double mostOfScreen = 0.9;
 
 QCheckBox* checkBox(const char* title) {
   auto* box = new QCheckBox(localized(title));
-  box->setMinimumHeight(Metrics::targetHeight);
   return box;
 }
 

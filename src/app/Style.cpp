@@ -68,9 +68,20 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
                               const QWidget* widget) const {
   const QSize plain = QProxyStyle::sizeFromContents(type, option, size, widget);
   const int margin = Metrics::scaled(Metrics::buttonMargin);
-  if (type == CT_PushButton) return plain + QSize(margin, 0);
-  if (type == CT_TabBarTab) return (plain + QSize(margin, 0)).expandedTo({0, Metrics::scaled(Metrics::tabHeight)});
-  return plain;
+  const QSize target(0, Metrics::targetHeight);
+  switch (type) {
+    case CT_PushButton:
+      return (plain + QSize(margin, 0)).expandedTo(target);
+    case CT_TabBarTab:
+      return (plain + QSize(margin, 0)).expandedTo({0, Metrics::scaled(Metrics::tabHeight)});
+    case CT_CheckBox:
+    case CT_ComboBox:
+    case CT_LineEdit:
+    case CT_ToolButton:
+      return plain.expandedTo(target);
+    default:
+      return plain;
+  }
 }
 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

@@ -1,0 +1,156 @@
+#include "app/AppDelegate.h"
+#include "app/support/AppTest.h"
+#include "calibration/FrameFolder.h"
+#include "dng/DNGReader.h"
+
+#include <QApplication>
+#include <QMenu>
+
+namespace tessaly::tests {
+namespace {
+
+QStringList titles(const QMenu& menu) {
+  QStringList result;
+  for (const QAction* action : menu.actions())
+    result << (action->isSeparator() ? QStringLiteral("-") : action->text());
+  return result;
+}
+
+class Application : public AppTest {
+ protected:
+  Application() {
+    photographs.addSeries("p", 12, FrameFolder::brightLevel, {100, std::pair{1, 125}});
+    CameraProfile profile = CameraProfile::empty("Body", DNGReader::readMetadata(photographs.path("p-1.dng")));
+    profile.pixels.push_back({60, 30, 1, "Manually added by user"});
+    ProfileStore::save(profile);
+    delegate.applicationDidFinishLaunching();
+  }
+
+  void startBatch() {
+    delegate.windowController->batch().setInput(photographs.path("p-1.dng").parent_path());
+    delegate.windowController->batch().startBatch();
+    ASSERT_TRUE(delegate.windowController->isProcessing());
+  }
+
+  void finishBatch() {
+    ASSERT_TRUE(waitUntil([&] { return !delegate.windowController->isProcessing(); }));
+  }
+
+  [[nodiscard]] QMenu& menu(int index) { return *delegate.menuBar().actions()[index]->menu(); }
+
+  FrameFolder photographs;
+  AppDelegate delegate{panels};
+};
+
+TEST_F(Application, OpensItsWindowWithTwoTabs) {
+  MainWindowController& window = *delegate.windowController;
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_EQ(window.windowTitle(), "Tessaly");
+  EXPECT_EQ(window.tabs().count(), 2);
+  EXPECT_EQ(window.tabs().tabText(0), "1. Create Camera Profile");
+  EXPECT_EQ(window.tabs().tabText(1), "2. Batch Repair DNG");
+  EXPECT_EQ(window.tabs().widget(0)->objectName(), "calibration");
+  EXPECT_EQ(window.settingsButton().toolTip(), "Settings");
+  EXPECT_EQ(window.settingsButton().accessibleName(), "Settings");
+}
+
+TEST_F(Application, HasTwoMenus) {
+  ASSERT_EQ(delegate.menuBar().actions().size(), 2);
+  EXPECT_EQ(menu(0).title(), "Tessaly");
+  EXPECT_EQ(titles(menu(0)), QStringList({"About Tessaly", "-", "Settings", "-", "Quit Tessaly"}));
+  EXPECT_EQ(menu(1).title(), "Edit");
+  EXPECT_EQ(titles(menu(1)), QStringList({"Cut", "Copy", "Paste", "Select All"}));
+}
+
+TEST_F(Application, EditsTheFieldThatHasTheFocus) {
+  MainWindowController& window = *delegate.windowController;
+  QLineEdit& name = *window.calibration().profileName;
+  window.activateWindow();
+  name.setText("Body");
+  name.setFocus();
+  ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == &name; }));
+  menu(1).actions()[3]->trigger();
+  menu(1).actions()[0]->trigger();
+  EXPECT_EQ(name.text(), "");
+  menu(1).actions()[2]->trigger();
+  menu(1).actions()[2]->trigger();
+  EXPECT_EQ(name.text(), "BodyBody");
+}
+
+TEST_F(Application, FollowsTheLanguageEverywhereAtOnce) {
+  delegate.windowController->settingsButton().click();
+  ASSERT_TRUE(delegate.settingsController);
+  delegate.settingsController->language->setCurrentIndex(3);
+  EXPECT_EQ(menu(1).title(), "Édition");
+  EXPECT_EQ(delegate.windowController->tabs().tabText(1), "2. Réparer des DNG par lot");
+  EXPECT_EQ(delegate.settingsController->windowTitle(), "Réglages");
+  delegate.settingsController->language->setCurrentIndex(2);
+  EXPECT_EQ(delegate.windowController->tabs().tabText(0), "1. 创建相机配置文件");
+  delegate.settingsController->language->setCurrentIndex(1);
+  EXPECT_EQ(delegate.windowController->tabs().tabText(0), "1. Create Camera Profile");
+}
+
+TEST_F(Application, KeepsOneSettingsWindow) {
+  delegate.showSettings();
+  const SettingsWindowController* first = delegate.settingsController.get();
+  delegate.settingsController->close();
+  delegate.showSettings();
+  EXPECT_EQ(delegate.settingsController.get(), first);
+  EXPECT_TRUE(first->isVisible());
+  delegate.windowController->close();
+  EXPECT_FALSE(first->isVisible());
+}
+
+TEST_F(Application, KeepsTheSettingsClosedDuringABatch) {
+  startBatch();
+  delegate.showSettings();
+  EXPECT_EQ(panels.lastAlert(), "Settings are unavailable during a batch repair.");
+  EXPECT_EQ(panels.alerts.back().buttons, std::vector<std::string>{"OK"});
+  EXPECT_FALSE(delegate.settingsController);
+  finishBatch();
+  delegate.showSettings();
+  EXPECT_TRUE(delegate.settingsController);
+}
+
+TEST_F(Application, RefusesToEndDuringABatchAndShowsWhereToStopIt) {
+  startBatch();
+  EXPECT_FALSE(delegate.applicationShouldTerminate());
+  delegate.terminate();
+  EXPECT_TRUE(delegate.windowController->isVisible());
+  EXPECT_EQ(delegate.windowController->tabs().currentIndex(), 1);
+  EXPECT_FALSE(delegate.windowController->close());
+  EXPECT_TRUE(waitUntil([&] { return delegate.windowController->batch().stopButton->hasFocus(); }));
+  EXPECT_TRUE(panels.alerts.empty());
+  finishBatch();
+  EXPECT_TRUE(delegate.applicationShouldTerminate());
+  EXPECT_TRUE(delegate.windowController->close());
+}
+
+TEST_F(Application, EndsWithItsLastWindow) {
+  EXPECT_TRUE(delegate.applicationShouldTerminateAfterLastWindowClosed());
+  EXPECT_TRUE(QApplication::quitOnLastWindowClosed());
+}
+
+TEST_F(Application, OffersASavedProfileInTheBatchTabAtOnce) {
+  ProfileStore::save(CameraProfile::empty("New body", DNGReader::readMetadata(photographs.path("p-1.dng"))));
+  emit delegate.windowController->calibration().profileSaved();
+  EXPECT_EQ(delegate.windowController->batch().profilePopUp->count(), 2);
+}
+
+TEST_F(Application, ShowsItsVersion) {
+  QApplication::setApplicationVersion("1.2.3");
+  delegate.showAbout();
+  EXPECT_EQ(panels.lastAlert(), "Tessaly\nVersion 1.2.3");
+}
+
+TEST_F(Application, KeepsItsTabAndPlace) {
+  delegate.windowController->tabs().setCurrentIndex(1);
+  delegate.windowController->close();
+  AppDelegate next(panels);
+  next.applicationDidFinishLaunching();
+  EXPECT_EQ(next.windowController->tabs().currentIndex(), 1);
+  EXPECT_EQ(next.windowController->size(), delegate.windowController->size());
+}
+
+}  // namespace
+}  // namespace tessaly::tests
