@@ -24,7 +24,7 @@ class Planter {
 
   void column(std::int64_t width) {
     const std::int64_t x = freeColumn();
-    const double offset = random_.sign() * random_.between(0.0045, 0.0065);
+    const double offset = random_.sign() * random_.between(0.0058, 0.0070);
     defects_.lines.push_back({x, sensor_.activeY, lastRow(), width, offset});
   }
 
@@ -32,17 +32,21 @@ class Planter {
     const std::int64_t x = freeColumn();
     const std::int64_t height = sensor_.activeHeight;
     const std::int64_t y = sensor_.activeY + random_.wholeBetween(height / 4, height * 6 / 10);
-    const double offset = random_.sign() * random_.between(0.004, 0.0065);
+    const double offset = random_.sign() * random_.between(0.0058, 0.0070);
     defects_.lines.push_back({x, y, lastRow(), 1, offset});
     defects_.pixels.push_back({x, y, PlantedPixel::Kind::hot, hotRate()});
   }
 
-  void spot() {
-    const std::int64_t radiusX = random_.wholeBetween(4, 6);
-    const std::int64_t radiusY = random_.wholeBetween(4, 6);
+  void spot(double depth) {
+    const std::int64_t radiusX = random_.wholeBetween(5, 7);
+    const std::int64_t radiusY = random_.wholeBetween(5, 7);
     const auto [x, y] = freePlace(spotMargin, spotDistance);
-    defects_.spots.push_back({x, y, radiusX, radiusY, random_.between(0.5, 0.65)});
+    defects_.spots.push_back({x, y, radiusX, radiusY, depth});
   }
+
+  /// A speck that lets hardly any light through, and the thin film of a drop that has dried.
+  void opaqueSpot() { spot(random_.between(0.94, 0.98)); }
+  void thinSpot() { spot(random_.between(0.5, 0.6)); }
 
   void hotPixel() { pixel(PlantedPixel::Kind::hot, hotRate()); }
   void deadPixel() { pixel(PlantedPixel::Kind::dead, random_.between(0, 0.3)); }
@@ -111,7 +115,7 @@ PlantedDefects plantDefects(const SensorDescription& sensor, const DefectCounts&
   for (std::int64_t i = 0; i < counts.partialColumns; ++i)
     planter.partialColumn();
   for (std::int64_t i = 0; i < counts.spots; ++i)
-    planter.spot();
+    i % 5 == 4 ? planter.thinSpot() : planter.opaqueSpot();
   for (std::int64_t i = 0; i < counts.hotPixels; ++i)
     planter.hotPixel();
   for (std::int64_t i = 0; i < counts.deadPixels; ++i)

@@ -15,7 +15,7 @@ struct DefectCounts {
   std::int64_t stuckPixels = 4;
   std::int64_t columns = 3;         ///< one in three of them is two columns wide
   std::int64_t partialColumns = 3;  ///< each below a hot pixel of its own
-  std::int64_t spots = 5;
+  std::int64_t spots = 5;           ///< every fifth is a thin one, which only a careful eye includes
 };
 
 /// The sensor needs an active area of at least 600 × 300 samples for the usual counts; throws std::runtime_error when

@@ -24,9 +24,11 @@ struct Frame {
   }
 };
 
-/// 0 before the edge, 1 behind it, with a lens's blur of about two samples between.
+/// 0 before the edge, 1 behind it, with a lens's blur of some samples between.
 double softEdge(double samplesBehind) {
-  return std::clamp((samplesBehind + 1) / 2, 0.0, 1.0);
+  constexpr double blur = 8;
+  const double part = std::clamp(samplesBehind / blur + 0.5, 0.0, 1.0);
+  return part * part * (3 - 2 * part);
 }
 
 Scene evening(Frame frame) {
@@ -58,20 +60,24 @@ Scene fabric() {
   return [](std::int64_t x, std::int64_t y, int colour) {
     const auto column = static_cast<double>(x);
     const auto row = static_cast<double>(y);
-    const double weave = wave((column + 0.3 * row) / 14) * wave((row - 0.2 * column) / 18);
+    const double weave = wave((column + 0.3 * row) / 40) * wave((row - 0.2 * column) / 52);
     return 0.40 - 0.06 * colour + 0.15 * weave;
   };
 }
 
+/// A window's glass: 0 on the wall, 1 between two soft edges 32 samples apart.
+double window(double position) {
+  return softEdge(position - 16) * (1 - softEdge(position - 48));
+}
+
 Scene houses(Frame frame) {
   return [frame](std::int64_t x, std::int64_t y, int colour) {
-    const auto house = x / 96;
+    const auto house = x / 192;
     const double roof = frame.height * (0.2 + 0.5 * uniform(static_cast<std::uint64_t>(house) + 77));
     const double wall = 0.15 + 0.5 * uniform(combinedKey(78, static_cast<std::uint64_t>(house * 3 + colour)));
     const double sky = 0.75 - 0.1 * (2 - colour);
-    const double lit =
-        1 - 0.5 * softEdge(static_cast<double>(x % 24) - 12) * softEdge(static_cast<double>(y % 30) - 14);
-    const double behindRoof = softEdge(static_cast<double>(y) - roof + 0.15 * static_cast<double>(x % 96));
+    const double lit = 1 - 0.5 * window(static_cast<double>(x % 64)) * window(static_cast<double>(y % 80) - 12);
+    const double behindRoof = softEdge(static_cast<double>(y) - roof + 0.15 * static_cast<double>(x % 192));
     return sky + (wall * lit - sky) * behindRoof;
   };
 }

@@ -19,6 +19,7 @@ say "2. What the calibration frames tell"
 rm -rf "$sample/home" "$sample/photographs/Tessaly Results" "$sample/profile.json"
 cli calibrate "$sample/calibration" --name "Sample body" --save --profile "$sample/profile.json"
 "$programs/tessaly-sample-report" "$sample" --profile "$sample/profile.json"
+say "(The missed spot is a thin one: it is among the candidates, but only what is certain starts included.)"
 
 say "3. The photographs, repaired with that profile"
 cli repair "$sample/photographs" --profile "Sample body"

@@ -159,7 +159,8 @@ TEST_P(SensorRecall, FindsEveryPlantedDefectAndHardlyAnythingElse) {
 
 INSTANTIATE_TEST_SUITE_P(Bodies, SensorRecall,
                          testing::Values(Body{1, "RGGB"}, Body{2, "BGGR"}, Body{3, "GRBG"}, Body{4, "GBRG"},
-                                         Body{5, "RGGB"}, Body{6, ""}, Body{7, ""}, Body{8, ""}),
+                                         Body{5, "RGGB"}, Body{6, "BGGR"}, Body{7, ""}, Body{8, ""}, Body{9, ""},
+                                         Body{10, ""}),
                          testing::PrintToStringParamName());
 
 }  // namespace
