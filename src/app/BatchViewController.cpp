@@ -11,6 +11,7 @@
 #include "presentation/FailureText.h"
 #include "store/ProfileStore.h"
 
+#include <QApplication>
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -196,11 +197,20 @@ void BatchViewController::showDisplay() {
   statusLabel->setComposed([this] { return display_.status(); });
 }
 
+// The focus goes to what can be done next: a control that is disabled would hand it to whatever comes after it.
 void BatchViewController::setRunning(bool running) {
+  QPushButton& next = running ? *stopButton : *startButton;
+  next.setEnabled(true);
+  if (hasFocusInside()) next.setFocus();
   for (QWidget* control : folderControls_)
     control->setEnabled(!running);
   startButton->setEnabled(!running);
   stopButton->setEnabled(running);
+}
+
+bool BatchViewController::hasFocusInside() const {
+  const QWidget* focus = QApplication::focusWidget();
+  return focus && isAncestorOf(focus);
 }
 
 // ---- Stopping and the end

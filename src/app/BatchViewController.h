@@ -77,6 +77,7 @@ class BatchViewController : public QWidget, public FollowsLanguage {
   void refuse(const std::string& reason);
   void run(const CameraProfile& profile);
   void setRunning(bool running);
+  [[nodiscard]] bool hasFocusInside() const;
   void showDisplay();
   void finished(const BatchSummary& summary);
   void followWorkers();

@@ -156,8 +156,11 @@ void CalibrationViewController::workFailed(const std::exception_ptr& failure, co
   panels_.showAlert(*this, failureAlert(failure, subject));
 }
 
+// A control that is disabled would hand its focus to whatever comes next.
 void CalibrationViewController::setBusy(bool busy) {
   isBusy_ = busy;
+  if (busy && source_->isAncestorOf(focusWidget())) table->setFocus();
+  if (busy && preview_->inspectButton->hasFocus()) previewView->setFocus();
   source_->setBusy(busy);
   preview_->inspectButton->setEnabled(!busy);
   previewView->setDimmed(busy);
