@@ -101,7 +101,7 @@ QWidget* AlertSheet::makeText() {
 }
 
 QWidget* AlertSheet::makeButtons() {
-  auto* row = new QWidget;
+  auto* row = new QWidget(this);  // the dialog takes note of a focus inside it only
   auto* line = new QHBoxLayout(row);
   line->setContentsMargins(0, 0, 0, 0);
   line->addStretch(1);

@@ -61,8 +61,11 @@ void AppDelegate::applicationDidFinishLaunching() {
   windowController->showWindow();
 }
 
+// Clearing a menu bar leaves its menus behind.
 void AppDelegate::installMenus() {
   menuBar_->clear();
+  for (QMenu* menu : menuBar_->findChildren<QMenu*>(Qt::FindDirectChildrenOnly))
+    menu->deleteLater();
   addApplicationMenu();
   addEditMenu();
 }

@@ -86,7 +86,6 @@ void LocalizedLabel::resizeEvent(QResizeEvent* event) {
 
 void LocalizedLabel::changeEvent(QEvent* event) {
   QLabel::changeEvent(event);
-  if (event->type() == QEvent::ApplicationFontChange) applyRelativeFont();
   if (event->type() == QEvent::FontChange && lines_ > 0) showText();
 }
 
@@ -116,10 +115,10 @@ int LocalizedLabel::heightOfLines() const {
 void LocalizedLabel::setRelativeFont(double size, bool bold) {
   relativeSize_ = size;
   bold_ = bold;
-  applyRelativeFont();
+  followFont();
 }
 
-void LocalizedLabel::applyRelativeFont() {
+void LocalizedLabel::followFont() {
   if (relativeSize_ == 1 && !bold_) return;
   QFont font = QApplication::font(this);
   font.setBold(bold_);

@@ -43,8 +43,11 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   /// Whether the label says by itself, in its tool tip, what it has no room for.
   [[nodiscard]] bool keepsToolTip() const { return lines_ > 0; }
 
-  /// A font relative to the application's, also after that has changed.
+  /// A font relative to the application's.
   void setRelativeFont(double size, bool bold);
+
+  /// The application's font has changed: Qt tells windows only.
+  void followFont();
 
   /// Tells a screen reader about the text.
   void announce();
@@ -62,7 +65,6 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   [[nodiscard]] int heightOfLines() const;
 
   void show(TextSource text, std::string detail);
-  void applyRelativeFont();
 
   std::string sourceText_;
   TextSource text_;

@@ -86,7 +86,10 @@ void MainWindowController::setSmallestSize() {
 
 void MainWindowController::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::ApplicationFontChange) setSmallestSize();
+  if (event->type() != QEvent::FontChange) return;
+  setSmallestSize();
+  for (LocalizedLabel* label : findChildren<LocalizedLabel*>())
+    label->followFont();
 }
 
 // Alerts are windows of their own; they follow too.
@@ -112,6 +115,7 @@ void MainWindowController::showTab(int index) {
 
 void MainWindowController::showRunningBatch() {
   tabs_->setCurrentIndex(1);
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();
   activateWindow();

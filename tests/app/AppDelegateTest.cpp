@@ -62,6 +62,13 @@ TEST_F(Application, HasTwoMenus) {
   EXPECT_EQ(titles(menu(1)), QStringList({"Cut", "Copy", "Paste", "Select All"}));
 }
 
+TEST_F(Application, HasNoMoreMenusAfterManyChanges) {
+  for (int change = 0; change < 10; ++change)
+    AppPreferences::shared().notify();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(delegate.menuBar().findChildren<QMenu*>().size(), 2);
+}
+
 TEST_F(Application, EditsTheFieldThatHasTheFocus) {
   MainWindowController& window = *delegate.windowController;
   QLineEdit& name = *window.calibration().profileName;
@@ -124,6 +131,18 @@ TEST_F(Application, RefusesToEndDuringABatchAndShowsWhereToStopIt) {
   finishBatch();
   EXPECT_TRUE(delegate.applicationShouldTerminate());
   EXPECT_TRUE(delegate.windowController->close());
+}
+
+TEST_F(Application, FindsItsFolderOutputRefusedWithoutAFolder) {
+  delegate.showSettings();
+  delegate.settingsController->output->setCurrentIndex(1);
+  delegate.windowController->batch().setInput(photographs.path("p-1.dng").parent_path());
+  delegate.windowController->batch().startBatch();
+  EXPECT_FALSE(delegate.windowController->isProcessing());
+  EXPECT_EQ(panels.lastAlert(),
+            "The saved output folder needs permission again. Choose it in Settings or choose an output folder for "
+            "this batch.");
+  EXPECT_EQ(panels.alerts.back().style, Alert::Style::critical);
 }
 
 TEST_F(Application, EndsWithItsLastWindow) {

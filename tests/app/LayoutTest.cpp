@@ -1,6 +1,7 @@
 // Nothing is cut off: not at the smallest size, in any language, nor with a font of twice the size.
 #include "app/AppDelegate.h"
 #include "app/support/AppTest.h"
+#include "app/support/FontSize.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -52,15 +53,7 @@ std::vector<std::string> misplaced(const QWidget& window) {
 
 class Layout : public AppTest, public testing::WithParamInterface<double> {
  protected:
-  Layout() : usual_(QApplication::font()) {
-    QFont font = usual_;
-    font.setPointSizeF(font.pointSizeF() * GetParam());
-    QApplication::setFont(font);
-  }
-  ~Layout() override { QApplication::setFont(usual_); }
-
- private:
-  QFont usual_;
+  FontSize size{GetParam()};
 };
 
 TEST_P(Layout, CutsNothingOffAtTheSmallestSize) {
