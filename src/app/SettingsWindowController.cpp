@@ -5,6 +5,7 @@
 #include "app/QtText.h"
 #include "app/Theme.h"
 #include "batch/OutputFolderAccess.h"
+#include "localization/Localization.h"
 #include "platform/Text.h"
 #include "store/ProfileStore.h"
 
@@ -73,6 +74,7 @@ SettingsWindowController::SettingsWindowController(Panels& panels, QWidget& main
 }
 
 void SettingsWindowController::showWindow() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();
   activateWindow();
@@ -123,6 +125,7 @@ void SettingsWindowController::connectControls() {
 void SettingsWindowController::changed() {
   const AppLanguage before = prefs_.language();
   prefs_.setLanguage(caseAt(languages, language->currentIndex()));
+  if (prefs_.language() != before) Localization::setLanguageOverride(std::nullopt);
   prefs_.setAppearance(caseAt(appearances, appearance->currentIndex()));
   prefs_.setWorkers(workers->currentIndex());
   prefs_.setUseCustomOutput(output->currentIndex() == 1);
@@ -154,6 +157,7 @@ void SettingsWindowController::reset() {
   panels_.showAlert(*this, std::move(alert), [this](std::size_t answer) {
     if (answer != resetAnswer) return;
     prefs_.reset();
+    Localization::setLanguageOverride(std::nullopt);
     applyAppAppearance();
     prefs_.notify();
     rebuild();

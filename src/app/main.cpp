@@ -2,11 +2,14 @@
 #include "app/AppDelegate.h"
 #include "app/Icons.h"
 #include "app/Style.h"
+#include "app/TerminationSignals.h"
+#include "localization/Localization.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QApplication>
 #include <filesystem>
+#include <iostream>
 #include <optional>
 #include <string>
 
@@ -15,18 +18,30 @@ namespace {
 
 constexpr int usageStatus = 2;
 
+struct Arguments {
+  std::string sample;
+  std::string language;
+};
+
 /// Nothing when the window is to be opened; else the exit status.
-std::optional<int> parse(int count, char** arguments, std::string& sample) {
+std::optional<int> parse(int count, char** arguments, Arguments& parsed) {
   CLI::App app("Removes fixed sensor defects from DNG raw files.", "tessaly");
   app.set_version_flag("--version", "tessaly " TESSALY_VERSION);
-  app.add_option("--sample", sample, "Start with the folder \"calibration\" in this one as the calibration folder")
+  app.add_option("--sample", parsed.sample,
+                 "Start with the folder \"calibration\" in this one as the calibration folder")
       ->type_name("FOLDER")
-      ->check(CLI::ExistingDirectory);
+      ->check(CLI::ExistingDirectory.description(""));
+  app.add_option("--language", parsed.language, "Language until another is chosen in the settings")
+      ->type_name("en|zh-Hans|fr")
+      ->check(CLI::IsMember({"en", "zh-Hans", "fr"}).description(""));
   try {
     app.parse(count, arguments);
     return std::nullopt;
+  } catch (const CLI::Success& help) {
+    return app.exit(help);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : usageStatus;
+    std::cerr << "tessaly: " << error.what() << '\n';
+    return usageStatus;
   }
 }
 
@@ -43,15 +58,17 @@ void describeApplication() {
 
 int main(int count, char** arguments) {
   using namespace tessaly;
-  std::string sample;
-  if (const auto status = parse(count, arguments, sample)) return *status;
+  Arguments parsed;
+  if (const auto status = parse(count, arguments, parsed)) return *status;
+  Localization::setLanguageOverride(appLanguage(parsed.language));
   QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   const QApplication application(count, arguments);
   describeApplication();
   DesktopPanels panels;
   AppDelegate delegate(panels);
   delegate.applicationDidFinishLaunching();
-  if (!sample.empty())
-    delegate.windowController->calibration().setFolder(std::filesystem::path(sample) / "calibration");
+  const TerminationSignals termination([&delegate] { delegate.terminate(); });
+  if (!parsed.sample.empty())
+    delegate.windowController->calibration().setFolder(std::filesystem::path(parsed.sample) / "calibration");
   return QApplication::exec();
 }

@@ -1,9 +1,14 @@
+#include "app/Metrics.h"
 #include "app/SettingsWindowController.h"
 #include "app/support/AppTest.h"
+#include "app/support/FontSize.h"
 #include "calibration/FrameFolder.h"
 #include "dng/DNGReader.h"
+#include "localization/Localization.h"
 
 #include <QPointer>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <fstream>
 
 namespace tessaly::tests {
@@ -23,6 +28,8 @@ class Settings : public AppTest {
   AppPreferences& prefs = AppPreferences::shared();
   QWidget mainWindow;
   SettingsWindowController window{panels, mainWindow};
+
+  ~Settings() override { Localization::setLanguageOverride(std::nullopt); }
 };
 
 TEST_F(Settings, ShowsTheDefaults) {
@@ -67,6 +74,88 @@ TEST_F(Settings, AreRebuiltForALanguageAndForNothingElse) {
   window.language->setCurrentIndex(2);
   window.language->setCurrentIndex(1);
   EXPECT_EQ(window.doneButton->text(), "Done");
+}
+
+TEST_F(Settings, KeepTheirPlaceScrollingAndFocusInAnotherLanguage) {
+  const FontSize large(2);
+  window.rebuild();
+  window.showWindow();
+  QCoreApplication::processEvents();
+  window.move(30, 40);
+  const QPoint place = window.pos();
+  QScrollBar& bar = *window.findChild<QScrollArea*>()->verticalScrollBar();
+  ASSERT_GT(bar.maximum(), 100);
+  bar.setValue(100);
+  window.language->setCurrentIndex(3);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(window.pos(), place);
+  EXPECT_EQ(bar.value(), 100);
+  EXPECT_EQ(window.focusWidget(), window.language);
+}
+
+TEST_F(Settings, ChooseTheLanguageAlsoWhereTheProgramWasStartedInAnother) {
+  Localization::setLanguageOverride(AppLanguage::french);
+  window.rebuild();
+  EXPECT_EQ(window.windowTitle(), "Réglages");
+  window.appearance->setCurrentIndex(1);
+  EXPECT_EQ(Localization::language(), AppLanguage::french);
+  window.language->setCurrentIndex(2);
+  EXPECT_EQ(Localization::language(), AppLanguage::chinese);
+  EXPECT_EQ(window.windowTitle().toStdString(), Localization::text("Settings", AppLanguage::chinese));
+}
+
+TEST_F(Settings, OpenAlsoWhenProfilesCannotBeLoaded) {
+  std::filesystem::create_directories(ProfileStore::directory());
+  std::ofstream(ProfileStore::directory() / "broken.json") << "{";
+  SettingsWindowController other(panels, mainWindow);
+  EXPECT_EQ(other.profiles->currentText(), "No Camera Profiles");
+  other.exportButton->click();
+  EXPECT_EQ(panels.lastAlert(), "Select a profile to export.");
+}
+
+TEST_F(Settings, KeepTheSelectedProfileWhenAnotherComes) {
+  saveProfile("Beta");
+  saveProfile("Gamma");
+  window.profiles->setCurrentIndex(1);
+  const QString selected = window.profiles->currentText();
+  saveProfile("Alpha");
+  EXPECT_EQ(window.profiles->count(), 3);
+  EXPECT_EQ(window.profiles->currentText(), selected);
+}
+
+TEST_F(Settings, ChangeNothingWhenAPanelIsCancelled) {
+  saveProfile("Body");
+  for (QPushButton* button : {window.chooseOutputButton, window.importButton, window.exportButton})
+    button->click();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(panels.asked.size(), 3U);
+  EXPECT_TRUE(panels.alerts.empty());
+  EXPECT_EQ(prefs.outputPath(), "");
+  EXPECT_EQ(ProfileStore::loadAll().size(), 1U);
+}
+
+TEST_F(Settings, SayWhenAnExportFails) {
+  saveProfile("Body");
+  panels.answer = "/no/such/folder/backup.json";
+  window.exportButton->click();
+  ASSERT_TRUE(waitUntil([&] { return !panels.alerts.empty(); }));
+  EXPECT_EQ(panels.alerts.back().style, Alert::Style::critical);
+  EXPECT_TRUE(panels.lastAlert().starts_with("backup.json: ")) << panels.lastAlert();
+}
+
+TEST_F(Settings, AreAsWideAsTheyShouldBeInEveryLanguage) {
+  window.showWindow();
+  for (int language = 0; language < 4; ++language) {
+    window.language->setCurrentIndex(language);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.width(), Metrics::scaled(600));
+    EXPECT_EQ(window.findChild<QScrollArea*>()->horizontalScrollBar()->maximum(), 0) << language;
+  }
+}
+
+TEST_F(Settings, LeaveTheMainWindowUsable) {
+  EXPECT_FALSE(window.isModal());
+  EXPECT_EQ(window.parentWidget(), &mainWindow);
 }
 
 TEST_F(Settings, RememberACustomFolder) {
@@ -144,6 +233,7 @@ TEST_F(Settings, CloseByDoneEscapeAndControlW) {
     return !window.isVisible();
   };
   EXPECT_TRUE(closes([&] { window.doneButton->click(); }));
+  EXPECT_TRUE(closes([&] { QTest::keyClick(&window, Qt::Key_Return); }));
   EXPECT_TRUE(closes([&] { QTest::keyClick(&window, Qt::Key_Escape); }));
   EXPECT_TRUE(closes([&] { QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier); }));
 }

@@ -1,0 +1,97 @@
+// The program itself: its arguments, and how it ends.
+#include "app/support/AppTest.h"
+
+#include <signal.h>
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <fstream>
+#include <sstream>
+
+namespace tessaly::tests {
+namespace {
+
+constexpr int patience = 20'000;
+
+struct Ended {
+  int status = -1;
+  QString output;
+  QString errors;
+};
+
+Ended run(const QStringList& arguments) {
+  QProcess program;
+  program.start(QStringLiteral(TESSALY_PROGRAM), arguments);
+  if (!program.waitForFinished(patience)) return {};
+  return {program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
+          QString::fromUtf8(program.readAllStandardError())};
+}
+
+TEST(Program, TellsItsVersionAndItsArguments) {
+  const Ended version = run({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_TRUE(QRegularExpression("^tessaly \\d+\\.\\d+\\.\\d+\n$").match(version.output).hasMatch());
+  const Ended help = run({"--help"});
+  EXPECT_EQ(help.status, 0);
+  for (const char* argument : {"--sample FOLDER", "--language en|zh-Hans|fr", "--version", "--help"})
+    EXPECT_TRUE(help.output.contains(QLatin1String(argument))) << argument;
+}
+
+TEST(Program, RefusesWhatItDoesNotUnderstandInOneLine) {
+  for (const QStringList& arguments :
+       {QStringList{"--nonsense"}, QStringList{"folder"}, QStringList{"--language", "de"},
+        QStringList{"--sample", "/no/such/folder"}, QStringList{"--sample"}}) {
+    const Ended ended = run(arguments);
+    EXPECT_EQ(ended.status, 2) << arguments.join(' ').toStdString();
+    EXPECT_EQ(ended.errors.count('\n'), 1) << ended.errors.toStdString();
+    EXPECT_TRUE(ended.errors.startsWith("tessaly: ")) << ended.errors.toStdString();
+    EXPECT_EQ(ended.output, "");
+  }
+}
+
+class RunningProgram : public testing::TestWithParam<int> {
+ protected:
+  RunningProgram() {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TESSALY_HOME", QString::fromStdString(home.path().native()));
+    program.setProcessEnvironment(environment);
+    program.setChildProcessModifier([] {  // what these tests were started with may ignore some of them
+      for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        ::signal(number, SIG_DFL);
+    });
+    program.start(QStringLiteral(TESSALY_PROGRAM), {"--language", "fr"});
+    program.waitForStarted(patience);
+  }
+
+  /// Whether the program would be told of the signal.
+  [[nodiscard]] bool listens(int number) const {
+    std::ifstream status("/proc/" + std::to_string(program.processId()) + "/status");
+    for (std::string line; std::getline(status, line);) {
+      if (!line.starts_with("SigCgt:")) continue;
+      std::uint64_t caught = 0;
+      std::istringstream(line.substr(7)) >> std::hex >> caught;
+      return (caught >> (number - 1) & 1) != 0;
+    }
+    return false;
+  }
+
+  TemporaryFolder home;
+  QProcess program;
+};
+
+TEST_P(RunningProgram, EndsInOrderWhenItIsAskedTo) {
+  ASSERT_TRUE(waitUntil([&] { return listens(GetParam()); }));
+  ::kill(static_cast<pid_t>(program.processId()), GetParam());
+  ASSERT_TRUE(program.waitForFinished(patience));
+  EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(program.exitCode(), 0);
+  std::ostringstream settings;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path()))
+    if (entry.is_regular_file()) settings << std::ifstream(entry.path()).rdbuf();
+  EXPECT_NE(settings.str().find("Tessaly.window.place"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, RunningProgram, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+}  // namespace
+}  // namespace tessaly::tests
