@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/QtText.h"
+#include "app/QtTranslation.h"
 #include "app/Theme.h"
 #include "localization/Localization.h"
 
@@ -47,6 +48,7 @@ AppDelegate::~AppDelegate() {
 
 void AppDelegate::applicationDidFinishLaunching() {
   applyAppAppearance();
+  applyQtLanguage();
   installMenus();
   preferences_ = AppPreferences::shared().observe([this] { preferencesChanged(); });
   appearance_ = std::make_unique<SystemAppearanceObserver>(applyAppAppearance);
@@ -114,6 +116,7 @@ void AppDelegate::showAbout() {
 }
 
 void AppDelegate::preferencesChanged() {
+  applyQtLanguage();
   installMenus();
   if (!windowController) return;
   windowController->refreshLanguage();

@@ -53,6 +53,11 @@ void describeApplication() {
   QApplication::setStyle(new Style);
 }
 
+void showSample(MainWindowController& window, const std::filesystem::path& sample) {
+  window.calibration().setFolder(sample / "calibration");
+  window.tabs().setCurrentIndex(0);
+}
+
 }  // namespace
 }  // namespace tessaly
 
@@ -68,7 +73,6 @@ int main(int count, char** arguments) {
   AppDelegate delegate(panels);
   delegate.applicationDidFinishLaunching();
   const TerminationSignals termination([&delegate] { delegate.terminate(); });
-  if (!parsed.sample.empty())
-    delegate.windowController->calibration().setFolder(std::filesystem::path(parsed.sample) / "calibration");
+  if (!parsed.sample.empty()) showSample(*delegate.windowController, parsed.sample);
   return QApplication::exec();
 }

@@ -97,6 +97,14 @@ TEST_F(Application, FollowsTheLanguageEverywhereAtOnce) {
   EXPECT_EQ(delegate.windowController->tabs().tabText(0), "1. Create Camera Profile");
 }
 
+TEST_F(Application, LetsQtSpeakTheSameLanguage) {
+  const auto copy = [] { return QCoreApplication::translate("QWidgetTextControl", "&Copy"); };
+  speak(AppLanguage::french);
+  EXPECT_EQ(copy().toStdString(), "Cop&ier");
+  speak(AppLanguage::english);
+  EXPECT_EQ(copy(), "&Copy");
+}
+
 TEST_F(Application, KeepsOneSettingsWindow) {
   delegate.showSettings();
   const SettingsWindowController* first = delegate.settingsController.get();
