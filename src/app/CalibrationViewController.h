@@ -40,6 +40,7 @@ class CalibrationViewController : public QWidget {
 
  public:
   explicit CalibrationViewController(Panels& panels, QWidget* parent = nullptr);
+  ~CalibrationViewController() override;
 
   [[nodiscard]] const std::optional<std::filesystem::path>& folderURL() const { return folderURL_; }
   [[nodiscard]] const std::optional<CalibrationResult>& result() const { return result_; }

@@ -74,6 +74,11 @@ CalibrationViewController::CalibrationViewController(Panels& panels, QWidget* pa
   localizeView(*this);
 }
 
+// Table and preview look at the candidates to their end; Qt would let them outlive those.
+CalibrationViewController::~CalibrationViewController() {
+  qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+}
+
 void CalibrationViewController::layOut() {
   preview_->addBelow(*manual_);
   candidatePanel_->setMinimumWidth(Metrics::scaled(smallestCandidates));
