@@ -1,21 +1,34 @@
 #!/usr/bin/env bash
-# fuzz.sh BUILD_FOLDER SECONDS: runs every fuzz target of a build for that long, from the generated seeds. A finding is
-# written to the build folder and ends the run with a failure.
+# fuzz.sh BUILD_FOLDER SECONDS: runs the fuzz targets of a build side by side for that long, from the generated seeds. A
+# finding is written to the build folder and ends the run with a failure.
 set -euo pipefail
 build=$1
 seconds=$2
+targets=(metadata raw-plane round-trip)
+
+fuzz() {
+  mkdir -p "$build/fuzz/corpus-$1"
+  "$build/fuzz/tessaly-fuzz-$1" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=8192 \
+    -artifact_prefix="$build/fuzz/finding-$1-" -print_final_stats=1 "$build/fuzz/corpus-$1" "$build/fuzz/seeds" \
+    >"$build/fuzz/$1.log" 2>&1
+}
 
 "$build/fuzz/tessaly-fuzz-seeds" "$build/fuzz/seeds"
-for target in metadata raw-plane round-trip; do
-  corpus=$build/fuzz/corpus-$target
+declare -A processes
+for target in "${targets[@]}"; do
+  fuzz "$target" &
+  processes[$target]=$!
+done
+
+status=0
+for target in "${targets[@]}"; do
   log=$build/fuzz/$target.log
-  mkdir -p "$corpus"
-  if ! "$build/fuzz/tessaly-fuzz-$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=8192 \
-    -artifact_prefix="$build/fuzz/finding-$target-" -print_final_stats=1 "$corpus" "$build/fuzz/seeds" \
-    >"$log" 2>&1; then
+  if wait "${processes[$target]}"; then
+    echo "Fuzzed $target for $seconds seconds: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") inputs"
+  else
     tail -n 60 "$log" >&2
     echo "Fuzzing of $target has found something" >&2
-    exit 1
+    status=1
   fi
-  echo "Fuzzed $target for $seconds seconds: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") inputs"
 done
+exit $status
