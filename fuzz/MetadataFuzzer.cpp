@@ -1,8 +1,8 @@
 // Any bytes: the metadata is read or refused with an error that names the file, reads the same twice, and survives its
 // JSON form.
 #include "dng/DNGError.h"
-#include "dng/DNGMetadataJSON.h"
 #include "dng/DNGReader.h"
+#include "dng/metadata/DNGMetadataJSON.h"
 #include "fuzz/FuzzFile.h"
 
 #include <nlohmann/json.hpp>

@@ -2,7 +2,7 @@
 // the file matches the samples that were read from it.
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
-#include "dng/RawPlaneSource.h"
+#include "dng/samples/RawPlaneSource.h"
 #include "fuzz/FuzzFile.h"
 #include "tests/support/NaiveRawReader.h"
 

@@ -1,9 +1,9 @@
 // Any bytes that can be read: some samples are changed, the copy is written or refused, and what was written reads back
 // as asked for by the bit-by-bit reader. The source never changes, nothing is left behind a refusal, and it makes no
 // difference whether the writer is told which samples have changed.
-#include "dng/CopyWriter.h"
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
+#include "dng/copy/CopyWriter.h"
 #include "fuzz/FuzzFile.h"
 #include "tests/support/NaiveRawReader.h"
 

@@ -4,7 +4,7 @@
 //   fit      the whole sensor in view: every marker is drawn
 //   close    a part at 100 %: the index finds the few that are in view
 //   zooming  a new zoom for every drawing, so that the reduced picture is made anew
-#include "app/CalibrationPreviewView.h"
+#include "app/preview/CalibrationPreviewView.h"
 #include "dng/Floor.h"
 
 #include <benchmark/benchmark.h>

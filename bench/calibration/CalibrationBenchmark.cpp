@@ -6,10 +6,10 @@
 // passes; the whole analysis at most 2.3 times reading, decoding and point-passing its frames.
 #include "calibration/CalibrationAnalysis.h"
 #include "calibration/CalibrationEngine.h"
-#include "calibration/ColumnEvidence.h"
-#include "calibration/DeviationMap.h"
 #include "calibration/RawPreview.h"
-#include "calibration/TrailingEvidence.h"
+#include "calibration/columns/ColumnEvidence.h"
+#include "calibration/columns/TrailingEvidence.h"
+#include "calibration/points/DeviationMap.h"
 #include "dng/DNGReader.h"
 #include "dng/Floor.h"
 #include "tools/DNGBuilder.h"

@@ -1,8 +1,8 @@
 // Unpacking and packing 24 million samples in memory, row by row as a photograph is stored. Goals: 16-bit little-endian
 // 1.5 × memcpy of the plane, packed depths 4 ×, any byte and fill order within twice that.
 #include "dng/Floor.h"
-#include "dng/SamplePacker.h"
-#include "dng/SampleUnpacker.h"
+#include "dng/samples/SamplePacker.h"
+#include "dng/samples/SampleUnpacker.h"
 
 #include <benchmark/benchmark.h>
 

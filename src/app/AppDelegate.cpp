@@ -1,8 +1,8 @@
 #include "app/AppDelegate.h"
 
-#include "app/QtText.h"
-#include "app/QtTranslation.h"
-#include "app/Theme.h"
+#include "app/widgets/QtText.h"
+#include "app/widgets/QtTranslation.h"
+#include "app/widgets/Theme.h"
 #include "localization/Localization.h"
 
 #include <QApplication>

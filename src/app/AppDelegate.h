@@ -4,9 +4,9 @@
 #pragma once
 
 #include "app/MainWindowController.h"
-#include "app/Panels.h"
-#include "app/SettingsWindowController.h"
-#include "app/SystemAppearance.h"
+#include "app/settings/SettingsWindowController.h"
+#include "app/widgets/Panels.h"
+#include "app/widgets/SystemAppearance.h"
 #include "preferences/AppPreferences.h"
 
 #include <QMenuBar>

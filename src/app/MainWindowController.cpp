@@ -1,12 +1,12 @@
 #include "app/MainWindowController.h"
 
-#include "app/AlertSheet.h"
-#include "app/Controls.h"
-#include "app/Icons.h"
-#include "app/LocalizeView.h"
-#include "app/Metrics.h"
-#include "app/QtText.h"
-#include "app/WindowState.h"
+#include "app/widgets/AlertSheet.h"
+#include "app/widgets/Controls.h"
+#include "app/widgets/Icons.h"
+#include "app/widgets/LocalizeView.h"
+#include "app/widgets/Metrics.h"
+#include "app/widgets/QtText.h"
+#include "app/widgets/WindowState.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>

@@ -3,9 +3,9 @@
 // User-interface thread only. While a batch runs it refuses to close and shows where the batch can be stopped.
 #pragma once
 
-#include "app/BatchViewController.h"
-#include "app/CalibrationViewController.h"
-#include "app/Panels.h"
+#include "app/batch/BatchViewController.h"
+#include "app/profile/CalibrationViewController.h"
+#include "app/widgets/Panels.h"
 
 #include <QMainWindow>
 #include <QTabWidget>

@@ -1,8 +1,8 @@
 // tessaly: the window.
 #include "app/AppDelegate.h"
-#include "app/Icons.h"
-#include "app/Style.h"
 #include "app/TerminationSignals.h"
+#include "app/widgets/Icons.h"
+#include "app/widgets/Style.h"
 #include "localization/Localization.h"
 
 #include <CLI/CLI.hpp>

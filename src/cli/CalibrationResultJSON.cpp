@@ -1,7 +1,7 @@
 #include "cli/CalibrationResultJSON.h"
 
 #include "calibration/CalibrationJSON.h"
-#include "dng/DNGMetadataJSON.h"
+#include "dng/metadata/DNGMetadataJSON.h"
 
 #include <nlohmann/json.hpp>
 

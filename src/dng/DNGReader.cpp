@@ -1,10 +1,10 @@
 #include "dng/DNGReader.h"
 
-#include "dng/DNGContainer.h"
 #include "dng/DNGError.h"
-#include "dng/MetadataReader.h"
-#include "dng/RawPixelCodec.h"
-#include "dng/RawPlaneSource.h"
+#include "dng/metadata/MetadataReader.h"
+#include "dng/samples/RawPixelCodec.h"
+#include "dng/samples/RawPlaneSource.h"
+#include "dng/tiff/DNGContainer.h"
 #include "platform/Text.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "dng/DNGWriter.h"
 
-#include "dng/CopyWriter.h"
+#include "dng/copy/CopyWriter.h"
 
 #include <vector>
 

@@ -1,10 +1,10 @@
 #include "repair/RepairCopy.h"
 
-#include "dng/CopyWriter.h"
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
-#include "dng/RawPlaneSource.h"
-#include "dng/SourceImage.h"
+#include "dng/copy/CopyWriter.h"
+#include "dng/copy/SourceImage.h"
+#include "dng/samples/RawPlaneSource.h"
 #include "platform/HugePages.h"
 #include "platform/Text.h"
 

@@ -1,7 +1,7 @@
 // Every text of the whole window in three languages, there and back.
 #include "app/AppDelegate.h"
-#include "app/LocalizeView.h"
 #include "app/support/CalibrationTab.h"
+#include "app/widgets/LocalizeView.h"
 #include "localization/Localization.h"
 
 #include <QAbstractButton>

@@ -1,10 +1,10 @@
-#include "app/AlertSheet.h"
-#include "app/CandidateTable.h"
 #include "app/MainWindowController.h"
-#include "app/Metrics.h"
-#include "app/WindowState.h"
+#include "app/profile/CandidateTable.h"
 #include "app/support/AppTest.h"
 #include "app/support/FontSize.h"
+#include "app/widgets/AlertSheet.h"
+#include "app/widgets/Metrics.h"
+#include "app/widgets/WindowState.h"
 #include "localization/Localization.h"
 
 #include <QApplication>

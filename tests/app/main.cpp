@@ -1,5 +1,5 @@
 // Runs the tests of the window without a screen, with settings and user folders of its own.
-#include "app/Style.h"
+#include "app/widgets/Style.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

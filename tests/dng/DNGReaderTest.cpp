@@ -1,6 +1,6 @@
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
-#include "dng/MetadataFixture.h"
+#include "dng/metadata/MetadataFixture.h"
 #include "support/FileBytes.h"
 
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 // Files of real cameras, from the folder named by TESSALY_SAMPLES or the one beside the project; skipped without them.
 #include "dng/DNGReader.h"
 #include "dng/LibRawWitness.h"
-#include "dng/Refusal.h"
+#include "dng/metadata/Refusal.h"
 #include "support/FileBytes.h"
 #include "support/NaiveRawReader.h"
 

@@ -2,10 +2,10 @@
 // fails.
 #pragma once
 
-#include "dng/CopyWriter.h"
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
 #include "dng/DNGWriter.h"
+#include "dng/copy/CopyWriter.h"
 #include "support/FailingFileSystem.h"
 #include "support/FileBytes.h"
 #include "support/TemporaryFolder.h"

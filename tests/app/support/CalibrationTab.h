@@ -1,9 +1,9 @@
 // The profile creation tab on the frames of a small sensor with one bad pixel and one bad column.
 #pragma once
 
-#include "app/CalibrationPreviewView.h"
-#include "app/CalibrationViewController.h"
-#include "app/CandidateTable.h"
+#include "app/preview/CalibrationPreviewView.h"
+#include "app/profile/CalibrationViewController.h"
+#include "app/profile/CandidateTable.h"
 #include "app/support/AppTest.h"
 #include "calibration/FrameFolder.h"
 

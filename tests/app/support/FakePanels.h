@@ -1,7 +1,7 @@
 // Answers the window's questions in a test's place and remembers what was asked and said.
 #pragma once
 
-#include "app/Panels.h"
+#include "app/widgets/Panels.h"
 
 #include <QPointer>
 #include <QTimer>

@@ -1,0 +1,271 @@
+#include "app/batch/BatchViewController.h"
+
+#include "app/widgets/QtText.h"
+#include "batch/OutputFolderAccess.h"
+#include "batch/SourceFiles.h"
+#include "localization/Localization.h"
+#include "platform/Text.h"
+#include "preferences/AppPreferences.h"
+#include "presentation/BatchStart.h"
+#include "presentation/BatchTexts.h"
+#include "presentation/FailureText.h"
+#include "store/ProfileStore.h"
+
+#include <QApplication>
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace tessaly {
+namespace {
+
+constexpr const char* noProfileText = "Create a profile from calibration DNG files before batch repair.";
+
+const FilePanel inputPanel{
+    .title = "Choose Source DNG Folder",
+    .purpose = "source",
+    .filterName = {},
+    .globs = {},
+    .proposedName = {},
+};
+
+const FilePanel outputPanel{
+    .title = "Choose Repaired Files Folder",
+    .purpose = "output",
+    .filterName = {},
+    .globs = {},
+    .proposedName = {},
+};
+
+/// The place of the profile that was selected: by its id, else by its index, else the first.
+int selectionAmong(const std::vector<CameraProfile>& profiles, const std::optional<UUID>& id, int index) {
+  const auto same = std::ranges::find_if(profiles, [&](const CameraProfile& profile) { return profile.id == id; });
+  if (same != profiles.end()) return static_cast<int>(same - profiles.begin());
+  return index >= 0 && index < static_cast<int>(profiles.size()) ? index : 0;
+}
+
+/// What the status says about a folder that was just chosen; the count is that of the batch.
+TextSource contentsOf(const std::filesystem::path& folder) {
+  try {
+    const auto count = static_cast<std::int64_t>(sourceFiles(folder).size());
+    return [count] { return BatchTexts::foundFiles(count); };
+  } catch (const std::system_error& error) {
+    return [error, folder] { return failureText(error, displayName(folder)).description; };
+  }
+}
+
+bool isExistingFolder(const std::optional<std::filesystem::path>& folder) {
+  std::error_code error;
+  return folder && std::filesystem::is_directory(*folder, error);
+}
+
+}  // namespace
+
+BatchViewController::~BatchViewController() {
+  if (processor_) processor_->cancel();
+}
+
+// ---- Profiles
+
+void BatchViewController::reloadProfiles() {
+  const int index = profilePopUp->currentIndex();
+  const bool hadSelection = index >= 0 && index < static_cast<int>(profiles_.size());
+  const auto id = hadSelection ? std::optional(profiles_[static_cast<std::size_t>(index)].id) : std::nullopt;
+  try {
+    profiles_ = ProfileStore::loadAll();
+    showProfileStatus();
+  } catch (const std::exception& error) {
+    profiles_.clear();
+    const std::string words = failureText(error, "").description;
+    statusLabel->setComposed([words] { return LF("Unable to load camera profiles: %@", {words}); });
+  }
+  fillProfiles(selectionAmong(profiles_, id, index));
+}
+
+void BatchViewController::showProfileStatus() {
+  if (profiles_.empty()) return statusLabel->setStringValue(noProfileText);
+  if (statusLabel->sourceText() == noProfileText) statusLabel->setStringValue("Choose an input folder.");
+}
+
+void BatchViewController::fillProfiles(int selection) {
+  profilePopUp->clear();
+  for (const CameraProfile& profile : profiles_)
+    profilePopUp->addItem(toQt(profile.name));
+  if (profiles_.empty()) profilePopUp->addItem(localized("No Camera Profiles"));
+  profilePopUp->setCurrentIndex(selection);
+}
+
+const CameraProfile* BatchViewController::selectedProfile() const {
+  const int index = profilePopUp->currentIndex();
+  if (index < 0 || index >= static_cast<int>(profiles_.size())) return nullptr;
+  return &profiles_[static_cast<std::size_t>(index)];
+}
+
+// ---- Folders
+
+void BatchViewController::chooseInput() {
+  panels_.chooseFolder(*this, inputPanel, [this](const std::filesystem::path& folder) { setInput(folder); });
+}
+
+void BatchViewController::setInput(const std::filesystem::path& folder) {
+  if (isProcessing()) return;
+  inputURL_ = folder;
+  inputLabel->setName(displayText(folder.native()));
+  showOutput();
+  count_.start([this, folder](const std::stop_token&, const BackgroundTask::Deliver& deliver) {
+    deliver([this, text = contentsOf(folder)] { statusLabel->setComposed(text); });
+  });
+}
+
+void BatchViewController::chooseOutput() {
+  panels_.chooseFolder(*this, outputPanel, [this](const std::filesystem::path& folder) { setOutput(folder); });
+}
+
+void BatchViewController::setOutput(const std::filesystem::path& folder) {
+  if (isProcessing()) return;
+  outputURL_ = folder;
+  outputWasChosenManually_ = true;
+  openButton->setEnabled(true);
+  showOutput();
+}
+
+void BatchViewController::useDefaultOutput() {
+  outputURL_.reset();
+  outputWasChosenManually_ = false;
+  showOutput();
+}
+
+void BatchViewController::showOutput() {
+  if (outputWasChosenManually_) return outputLabel->setName(displayText(outputURL_->native()));
+  const std::string custom = AppPreferences::shared().outputPath();
+  if (AppPreferences::shared().useCustomOutput() && !custom.empty()) return showDefaultOutput(custom);
+  outputLabel->setComposed([folder = inputURL_.value_or("")] { return BatchTexts::defaultOutput(folder); });
+}
+
+void BatchViewController::showDefaultOutput(const std::string& path) {
+  outputLabel->setComposed([path] { return LF("Default: %@", {path}); });
+}
+
+// ---- Starting
+
+void BatchViewController::startBatch() {
+  if (isProcessing()) return;
+  const CameraProfile* profile = selectedProfile();
+  if (const auto missing = BatchStart::missingChoice(profile != nullptr, inputURL_.has_value()))
+    return refuse(*missing);
+  try {
+    const auto chosen = outputWasChosenManually_ ? outputURL_ : std::nullopt;
+    outputURL_ = BatchStart::outputFolder(chosen, *inputURL_);
+  } catch (const std::exception&) {
+    return panels_.showAlert(*this, failureAlert(std::current_exception(), displayName(*inputURL_)));
+  }
+  if (!outputWasChosenManually_) showDefaultOutput(displayText(outputURL_->native()));
+  if (const auto same = BatchStart::sameFolder(*inputURL_, *outputURL_)) return refuse(*same);
+  run(*profile);
+}
+
+void BatchViewController::refuse(const std::string& reason) {
+  panels_.showAlert(*this, sentence(Alert::Style::informational, Localization::original(reason)));
+}
+
+void BatchViewController::run(const CameraProfile& profile) {
+  count_.forget();
+  resultsURL_ = outputURL_;
+  openAfterCompletion_ = AppPreferences::shared().openAfterCompletion();
+  display_ = BatchProgressDisplay();
+  processor_ = std::make_unique<BatchProcessor>();
+  setRunning(true);
+  openButton->setEnabled(false);
+  showDisplay();
+  statusLabel->announce();
+  const auto onThisThread = [this](auto step) {
+    QMetaObject::invokeMethod(this, std::move(step), Qt::QueuedConnection);
+  };
+  processor_->process(
+      *inputURL_, *outputURL_, profile, BatchStart::workers(workersPopUp->currentIndex()), BatchStart::options(),
+      [this, onThisThread](const BatchProgress& snapshot) {
+        onThisThread([this, snapshot] {
+          if (display_.show(snapshot)) showDisplay();
+        });
+      },
+      [this, onThisThread](const BatchSummary& summary) { onThisThread([this, summary] { finished(summary); }); });
+}
+
+void BatchViewController::showDisplay() {
+  progress->setRange(0, static_cast<int>(display_.barMaximum()));
+  progress->setValue(static_cast<int>(display_.barValue()));
+  statusLabel->setComposed([this] { return display_.status(); });
+}
+
+// The focus goes to what can be done next: a control that is disabled would hand it to whatever comes after it.
+void BatchViewController::setRunning(bool running) {
+  QPushButton& next = running ? *stopButton : *startButton;
+  next.setEnabled(true);
+  if (hasFocusInside()) next.setFocus();
+  for (QWidget* control : folderControls_)
+    control->setEnabled(!running);
+  startButton->setEnabled(!running);
+  stopButton->setEnabled(running);
+}
+
+bool BatchViewController::hasFocusInside() const {
+  const QWidget* focus = QApplication::focusWidget();
+  return focus && isAncestorOf(focus);
+}
+
+// ---- Stopping and the end
+
+void BatchViewController::cancelBatch() {
+  if (!isProcessing()) return;
+  processor_->cancel();
+  stopButton->setEnabled(false);
+  display_.stopRequested();
+  showDisplay();
+}
+
+void BatchViewController::finished(const BatchSummary& summary) {
+  processor_.reset();
+  setRunning(false);
+  openButton->setEnabled(BatchTexts::canOpenResults(summary, *resultsURL_));
+  statusLabel->setComposed([summary] { return BatchTexts::statusLine(summary); });
+  statusLabel->announce();
+  Alert alert;
+  alert.style = BatchTexts::isWarning(summary) ? Alert::Style::warning : Alert::Style::informational;
+  alert.text = [summary] { return BatchTexts::alertText(summary); };
+  panels_.showAlert(*this, std::move(alert));
+  if (openAfterCompletion_ && summary.succeeded > 0) static_cast<void>(panels_.openFolder(*resultsURL_));
+}
+
+void BatchViewController::openOutputFolder() {
+  const std::optional<std::filesystem::path> folder = resultsURL_ ? resultsURL_ : outputURL_;
+  if (!isExistingFolder(folder)) {
+    openButton->setEnabled(false);
+    return refuse("The output folder has not been created. Complete a batch repair first.");
+  }
+  if (panels_.openFolder(*folder)) return;
+  Alert alert;
+  alert.text = [folder] { return BatchTexts::cannotOpen(*folder); };
+  panels_.showAlert(*this, std::move(alert));
+}
+
+// ---- Preferences
+
+void BatchViewController::preferencesChanged() {
+  if (isProcessing()) return;
+  followWorkers();
+  reloadProfiles();
+  showOutput();
+}
+
+// A number that was chosen for the next batch only is left alone.
+void BatchViewController::followWorkers() {
+  const auto workers = static_cast<int>(AppPreferences::shared().workers());
+  if (workersPopUp->currentIndex() == knownWorkers_) workersPopUp->setCurrentIndex(workers);
+  knownWorkers_ = workers;
+}
+
+void BatchViewController::refreshLanguage() {
+  if (profiles_.empty()) profilePopUp->setItemText(0, localized("No Camera Profiles"));
+}
+
+}  // namespace tessaly

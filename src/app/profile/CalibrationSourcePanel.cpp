@@ -1,0 +1,56 @@
+#include "app/profile/CalibrationSourcePanel.h"
+
+#include "app/widgets/Metrics.h"
+
+#include <QBoxLayout>
+#include <chrono>
+
+namespace tessaly {
+
+CalibrationSourcePanel::CalibrationSourcePanel(QWidget* parent)
+    : QWidget(parent),
+      folderButton(Controls::folderButton("Calibration Folder…")),
+      folderLabel(Controls::pathLabel()),
+      progress(Controls::progressBar()),
+      analyzeButton(Controls::button("Find Sensor Defects")),
+      statusLabel(Controls::statusLabel()),
+      guide(new CalibrationGuide) {
+  using namespace std::chrono_literals;
+  folderLabel->setStringValue("No calibration folder selected");
+  statusLabel->setStringValue("Choose a calibration folder, then click Find Sensor Defects.");
+  Controls::setMainAction(*analyzeButton, true);
+  busyDelay_.setSingleShot(true);
+  busyDelay_.setInterval(300ms);
+  connect(&busyDelay_, &QTimer::timeout, this, [this] { setCursor(Qt::BusyCursor); });
+  layOut();
+}
+
+void CalibrationSourcePanel::layOut() {
+  auto* source = Controls::onGrid<QHBoxLayout>(Metrics::grid);
+  auto* title = Controls::caption("Calibration DNG", *folderButton);
+  makeHeading(*title);
+  source->addWidget(title);
+  source->addWidget(folderButton);
+  source->addWidget(folderLabel, 1);
+  source->addWidget(&guide->disclosure());
+  auto* analysis = Controls::onGrid<QHBoxLayout>(Metrics::groupSpacing);
+  analysis->addWidget(progress, 1);
+  analysis->addWidget(analyzeButton);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(Metrics::grid);
+  column->addLayout(source);
+  column->addWidget(guide);
+  column->addLayout(analysis);
+  column->addWidget(statusLabel);
+}
+
+void CalibrationSourcePanel::setBusy(bool busy) {
+  folderButton->setEnabled(!busy);
+  analyzeButton->setEnabled(!busy);
+  if (busy) return busyDelay_.start();
+  busyDelay_.stop();
+  unsetCursor();
+}
+
+}  // namespace tessaly

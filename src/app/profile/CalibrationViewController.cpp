@@ -1,0 +1,282 @@
+#include "app/profile/CalibrationViewController.h"
+
+#include "app/preview/CalibrationPreviewView.h"
+#include "app/preview/PreviewPanel.h"
+#include "app/profile/CalibrationSourcePanel.h"
+#include "app/profile/CandidatePanel.h"
+#include "app/profile/ManualAdditionsPanel.h"
+#include "app/profile/SavePanel.h"
+#include "app/widgets/QtText.h"
+#include "batch/SourceFiles.h"
+#include "calibration/CalibrationEngine.h"
+#include "calibration/review/CandidateSelection.h"
+#include "dng/DNGReader.h"
+#include "localization/Localization.h"
+#include "platform/Text.h"
+#include "presentation/CalibrationStart.h"
+#include "presentation/CalibrationTexts.h"
+#include "presentation/ReviewTexts.h"
+#include "store/ProfileStore.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tessaly {
+namespace {
+
+constexpr const char* readyText = "Ready to analyze. Source files are read-only and will not be modified.";
+constexpr const char* noFolderText = "Choose a calibration folder, then click Find Sensor Defects.";
+constexpr const char* mismatchText = "The problem DNG does not match the calibration camera or sensor dimensions";
+
+const FilePanel folderPanel{
+    .title = "Choose a Folder Containing Calibration DNG Files",
+    .purpose = "calibration",
+    .filterName = {},
+    .globs = {},
+    .proposedName = {},
+};
+
+const FilePanel inspectionPanel{
+    .title = "Choose a Source DNG That Shows the Defective Column",
+    .purpose = "inspection",
+    .filterName = "DNG files",
+    .globs = {"*.dng", "*.DNG"},
+    .proposedName = {},
+};
+
+/// Ends work whose owner does not want it any more.
+struct Unwanted {};
+
+TextSource translated(const char* english) {
+  return [english] { return L(english); };
+}
+
+CalibrationResult analyzeFolder(const std::filesystem::path& folder, const CalibrationProgressHandler& progress) {
+  std::vector<std::filesystem::path> files = sourceFiles(folder);
+  if (const auto reason = CalibrationStart::tooFewFiles(files)) throw InvalidInput(Localization::original(*reason));
+  return CalibrationEngine::analyze(std::move(files), progress);
+}
+
+RawPreviewImage inspectionPreview(const std::filesystem::path& file, const DNGMetadata& calibrated) {
+  if (!DNGReader::readMetadata(file).isGeometryCompatible(calibrated)) throw InvalidInput(mismatchText);
+  return CalibrationEngine::makeInspectionPreview(file).second;
+}
+
+}  // namespace
+
+template <typename Step>
+void CalibrationViewController::attempt(Step step) {
+  try {
+    step();
+  } catch (const std::exception&) {
+    panels_.showAlert(*this, failureAlert(std::current_exception(), fromQt(profileName->text().trimmed())));
+  }
+}
+
+// What `work` returns is handed to `done` on this thread.
+template <typename Work, typename Done>
+void CalibrationViewController::startWork(const std::filesystem::path& subject, Work work, Done done) {
+  setBusy(true);
+  work_.start([this, name = displayName(subject), work = std::move(work), done = std::move(done)](
+                  const std::stop_token& stop, const BackgroundTask::Deliver& deliver) {
+    try {
+      auto outcome = std::make_shared<decltype(work(stop, deliver))>(work(stop, deliver));
+      deliver([this, outcome, done] {
+        setBusy(false);
+        done(std::move(*outcome));
+        statusLabel->announce();
+      });
+    } catch (const Unwanted&) {
+    } catch (const std::exception&) {
+      deliver([this, name, failure = std::current_exception()] { workFailed(failure, name); });
+    }
+  });
+}
+
+// ---- Choosing the folder
+
+void CalibrationViewController::chooseFolder() {
+  panels_.chooseFolder(*this, folderPanel, [this](const std::filesystem::path& folder) { setFolder(folder); });
+}
+
+void CalibrationViewController::setFolder(const std::filesystem::path& folder) {
+  if (isBusy_) return;
+  folderURL_ = folder;
+  folderLabel->setName(displayName(folder), displayText(folder.native()));
+  progress->setValue(0);
+  setStatus(translated(readyText));
+}
+
+// ---- Analysis
+
+void CalibrationViewController::analyze() {
+  if (isBusy_) return;
+  if (!folderURL_) return panels_.showAlert(*this, sentence(Alert::Style::informational, noFolderText));
+  progress->setValue(0);
+  showWork(translated("Reading calibration frames…"));
+  const auto work = [this, folder = *folderURL_](const std::stop_token& stop, const BackgroundTask::Deliver& deliver) {
+    return analyzeFolder(folder, [this, &stop, &deliver](const CalibrationProgress& report) {
+      if (stop.stop_requested()) throw Unwanted();
+      deliver([this, report] { showProgress(report); });
+    });
+  };
+  startWork(*folderURL_, work, [this](CalibrationResult result) { analyzed(std::move(result)); });
+}
+
+void CalibrationViewController::showProgress(const CalibrationProgress& report) {
+  progress->setRange(0, static_cast<int>(std::max<std::int64_t>(report.total, 1)));
+  progress->setValue(static_cast<int>(report.completed));
+  showWork([report] { return CalibrationTexts::progress(report); });
+}
+
+void CalibrationViewController::analyzed(CalibrationResult result) {
+  const double threshold = CandidateSelection::parseConfidence(fromQt(confidenceThreshold->text()))
+                               .value_or(CandidateSelection::defaultPixelConfidence);
+  result_ = std::move(result);
+  store_.reset(result_->metadata, result_->candidates, CandidateSelection::preselected(result_->candidates, threshold));
+  completion_ = [this, threshold] { return CalibrationTexts::completion(*result_, threshold); };
+  progress->setValue(progress->maximum());
+  previewView->setManualGuideX(std::nullopt);
+  showBrightFieldPreview();
+  Controls::setMainAction(*analyzeButton, false);
+  Controls::setMainAction(*save_->saveButton, true);
+}
+
+void CalibrationViewController::showBrightFieldPreview() {
+  if (!result_) return;
+  previewView->setPreview(result_->preview, result_->metadata);
+  preview_->brightFieldButton->hide();
+  setStatus(completion_);
+}
+
+void CalibrationViewController::workFailed(const std::exception_ptr& failure, const std::string& subject) {
+  setBusy(false);
+  progress->setValue(0);
+  setStatus(status_);
+  panels_.showAlert(*this, failureAlert(failure, subject));
+}
+
+// A control that is disabled would hand its focus to whatever comes next.
+void CalibrationViewController::setBusy(bool busy) {
+  isBusy_ = busy;
+  if (busy && source_->isAncestorOf(focusWidget())) table->setFocus();
+  if (busy && preview_->inspectButton->hasFocus()) previewView->setFocus();
+  source_->setBusy(busy);
+  preview_->inspectButton->setEnabled(!busy);
+  previewView->setDimmed(busy);
+  if (busy) statusLabel->announce();
+}
+
+void CalibrationViewController::setStatus(TextSource text) {
+  status_ = std::move(text);
+  statusLabel->setComposed(status_);
+}
+
+void CalibrationViewController::showWork(TextSource text) {
+  statusLabel->setComposed(std::move(text));
+}
+
+// ---- Inspecting a photograph
+
+void CalibrationViewController::loadInspectionDNG() {
+  attempt([this] {
+    requireResultForInspection();
+    panels_.chooseFile(*this, inspectionPanel, [this](const std::filesystem::path& file) { inspect(file); });
+  });
+}
+
+void CalibrationViewController::requireResultForInspection() const {
+  if (!result_) throw InvalidInput("Run defect detection on the calibration frames before loading a problem DNG.");
+}
+
+void CalibrationViewController::inspect(const std::filesystem::path& file) {
+  if (isBusy_) return;
+  attempt([this, &file] {
+    requireResultForInspection();
+    showWork(translated("Generating an enhanced defective-column preview…"));
+    startWork(
+        file,
+        [file, calibrated = result_->metadata](const std::stop_token&, const BackgroundTask::Deliver&) {
+          return inspectionPreview(file, calibrated);
+        },
+        [this, file](const RawPreviewImage& preview) { inspected(file, preview); });
+  });
+}
+
+void CalibrationViewController::inspected(const std::filesystem::path& file, const RawPreviewImage& preview) {
+  previewView->setPreview(preview, result_->metadata);
+  preview_->brightFieldButton->show();
+  setStatus([name = displayName(file)] { return ReviewTexts::inspecting(name); });
+}
+
+// ---- Review
+
+double CalibrationViewController::currentConfidenceThreshold() const {
+  return CandidateSelection::requireConfidence(fromQt(confidenceThreshold->text()));
+}
+
+void CalibrationViewController::acceptStrongCandidates() {
+  attempt([this] {
+    const double threshold = currentConfidenceThreshold();
+    store_.setAccepted(CandidateSelection::withMatchingPixels(candidates(), accepted(), threshold));
+    setStatus([threshold] { return ReviewTexts::matchingPixelsIncluded(threshold); });
+  });
+}
+
+void CalibrationViewController::candidateClicked(int row) {
+  const CalibrationCandidate candidate = store_.at(row);
+  manual_->fill(CandidateSelection::fieldsFromCandidate(candidate, store_.metadata()));
+  setStatus([candidate, metadata = store_.metadata()] { return ReviewTexts::candidateClicked(candidate, metadata); });
+  table->selectCandidate(row);
+}
+
+void CalibrationViewController::coordinateClicked(std::int64_t x, std::int64_t y) {
+  manual_->fill({x, y, std::nullopt});
+  setStatus([x] { return ReviewTexts::columnClicked(x); });
+}
+
+void CalibrationViewController::guideMoved(std::int64_t x) {
+  manual_->fill({x, std::nullopt, std::nullopt});
+  setStatus([x] { return ReviewTexts::columnClicked(x); });
+}
+
+void CalibrationViewController::selectionChanged() {
+  previewView->setSelection(table->selectedCandidates(), table->currentCandidate());
+}
+
+// ---- Additions by hand
+
+void CalibrationViewController::addManualPixel() {
+  attempt([this] { add(CandidateSelection::manualPixel(resultMetadata(), manual_->x(), manual_->y())); });
+}
+
+void CalibrationViewController::addManualLine() {
+  attempt([this] { add(CandidateSelection::manualColumn(resultMetadata(), manual_->x())); });
+}
+
+void CalibrationViewController::addManualSpot() {
+  attempt(
+      [this] { add(CandidateSelection::manualSpot(resultMetadata(), manual_->x(), manual_->y(), manual_->radius())); });
+}
+
+void CalibrationViewController::add(CalibrationCandidate candidate) {
+  store_.append(std::move(candidate));
+  table->selectCandidate(store_.count() - 1);
+}
+
+// ---- Saving
+
+void CalibrationViewController::saveProfile() {
+  attempt([this] {
+    const CameraProfile profile =
+        CandidateSelection::makeProfile(resultMetadata(), fromQt(profileName->text()), candidates(), accepted());
+    const std::filesystem::path file = ProfileStore::save(profile);
+    source_->guide->setProfilesExist(true);
+    Alert alert;
+    alert.text = [profile, file] { return CalibrationTexts::saved(profile, file); };
+    panels_.showAlert(*this, std::move(alert));
+    emit profileSaved();
+  });
+}
+
+}  // namespace tessaly

@@ -1,0 +1,113 @@
+#include "app/profile/CandidatePanel.h"
+
+#include "app/widgets/Metrics.h"
+#include "app/widgets/WindowState.h"
+#include "app/widgets/WrapLayout.h"
+#include "presentation/CalibrationTexts.h"
+
+#include <QBoxLayout>
+#include <QHeaderView>
+#include <numeric>
+
+namespace tessaly {
+namespace {
+
+using CandidateTexts::Kind;
+
+constexpr Kind kinds[] = {Kind::pixel, Kind::column, Kind::partialColumn, Kind::fixedSpot};
+constexpr const char* headerKey = "tableColumns";
+
+// For a window that was never changed; the last column takes what is left.
+constexpr int columnWidths[] = {64, 100, 128, 84};
+
+}  // namespace
+
+CandidatePanel::CandidatePanel(CandidateStore& store, QWidget* parent)
+    : QWidget(parent),
+      kindFilter(Controls::popUp("Kind", {"All Kinds", "Pixel", "Column", "Partial Column", "Fixed Spot"})),
+      confidenceThreshold(Controls::field(
+          "Pixel confidence ≥", 5, "Select pixels at or above this confidence. Columns and spots still need review.")),
+      matchingButton(Controls::button("Select Matching Pixels")),
+      selectAllButton(Controls::button("Select All")),
+      deselectAllButton(Controls::button("Deselect All")),
+      store_(store),
+      model_(new CandidateTableModel(store, this)),
+      order_(new CandidateOrder(*model_, this)),
+      heading_(new LocalizedLabel("Detected Candidates (red: excluded, green: included)")),
+      count_(new LocalizedLabel) {
+  table = new CandidateTable(store, *order_);
+  table->setAccessibleName(QString::fromStdString(heading_->stringValue()));
+  confidenceThreshold->setText(QStringLiteral("98"));
+  makeHeading(*heading_);
+  heading_->setWordWrap(true);
+  count_->setForegroundRole(QPalette::PlaceholderText);
+  count_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  layOut();
+  connectControls();
+  restoreColumns();
+  showCount();
+}
+
+void CandidatePanel::layOut() {
+  auto* filterRow = Controls::onGrid<QHBoxLayout>(Metrics::grid);
+  filterRow->addWidget(kindFilter);
+  filterRow->addWidget(count_, 1);
+  auto* threshold = new WrapLayout;
+  threshold->addWidget(Controls::caption("Pixel confidence ≥", *confidenceThreshold));
+  threshold->addWidget(confidenceThreshold);
+  threshold->addWidget(matchingButton);
+  auto* all = new WrapLayout;
+  all->addWidget(selectAllButton);
+  all->addWidget(deselectAllButton);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(Metrics::grid);
+  column->addWidget(heading_);
+  column->addLayout(filterRow);
+  column->addWidget(table, 1);
+  column->addLayout(threshold);
+  column->addLayout(all);
+}
+
+void CandidatePanel::connectControls() {
+  connect(kindFilter, &QComboBox::currentIndexChanged, this,
+          [this](int item) { order_->setKind(item > 0 ? std::optional(kinds[item - 1]) : std::nullopt); });
+  connect(matchingButton, &QPushButton::clicked, this, &CandidatePanel::matchingRequested);
+  connect(confidenceThreshold, &QLineEdit::returnPressed, this, &CandidatePanel::matchingRequested);
+  connect(selectAllButton, &QPushButton::clicked, this, [this] { includeAll(true); });
+  connect(deselectAllButton, &QPushButton::clicked, this, [this] { includeAll(false); });
+  connect(&store_, &CandidateStore::inclusionChanged, this, &CandidatePanel::showCount);
+}
+
+// All of the candidates, whatever the filter shows.
+void CandidatePanel::includeAll(bool included) {
+  std::vector<int> rows(static_cast<std::size_t>(store_.count()));
+  std::iota(rows.begin(), rows.end(), 0);
+  store_.setIncluded(rows, included);
+}
+
+void CandidatePanel::showCount() {
+  count_->setComposed([this] { return CalibrationTexts::includedCount(store_.includedCount(), store_.count()); });
+}
+
+void CandidatePanel::refreshLanguage() {
+  model_->refreshLanguage();
+  table->setAccessibleName(QString::fromStdString(heading_->stringValue()));
+}
+
+void CandidatePanel::saveState() const {
+  QVariantList widths;
+  for (int column = 0; column < CandidateTableModel::reason; ++column)
+    widths << table->columnWidth(column);
+  WindowState::setValue(headerKey, widths);
+}
+
+void CandidatePanel::restoreColumns() {
+  const QVariantList stored = WindowState::value(headerKey).toList();
+  for (int column = 0; column < CandidateTableModel::reason; ++column) {
+    const int width = stored.value(column).toInt();
+    table->setColumnWidth(column, width > 0 ? width : Metrics::scaled(columnWidths[column]));
+  }
+}
+
+}  // namespace tessaly

@@ -1,0 +1,143 @@
+#include "app/profile/CandidateTableModel.h"
+
+#include "app/widgets/QtText.h"
+
+#include <array>
+#include <utility>
+
+namespace tessaly {
+namespace {
+
+constexpr std::array<const char*, CandidateTableModel::columnCountOfAll> titles{"Include", "Kind", "Position",
+                                                                                "Confidence", "Reason"};
+
+}  // namespace
+
+CandidateTableModel::CandidateTableModel(CandidateStore& store, QObject* parent)
+    : QAbstractTableModel(parent), store_(store) {
+  connect(&store_, &CandidateStore::aboutToReset, this, [this] { beginResetModel(); });
+  connect(&store_, &CandidateStore::wasReset, this, [this] { endResetModel(); });
+  connect(&store_, &CandidateStore::aboutToAppend, this,
+          [this] { beginInsertRows({}, store_.count(), store_.count()); });
+  connect(&store_, &CandidateStore::appended, this, [this] { endInsertRows(); });
+  connect(&store_, &CandidateStore::inclusionChanged, this, [this] {
+    if (store_.count() > 0) emit dataChanged(index(0, include), index(store_.count() - 1, include));
+  });
+}
+
+int CandidateTableModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : store_.count();
+}
+
+int CandidateTableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columnCountOfAll;
+}
+
+QVariant CandidateTableModel::text(const QModelIndex& index) const {
+  const CalibrationCandidate& candidate = store_.at(index.row());
+  switch (index.column()) {
+    case kind:
+      return toQt(CandidateTexts::kind(candidate, store_.metadata()));
+    case position:
+      return toQt(CandidateTexts::position(candidate, store_.metadata()));
+    case confidence:
+      return toQt(CandidateTexts::confidence(candidate));
+    case reason:
+      return reasonText(index.row());
+    default:
+      return {};
+  }
+}
+
+QVariant CandidateTableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const bool isInclude = index.column() == include;
+  switch (role) {
+    case Qt::DisplayRole:
+      return text(index);
+    case Qt::CheckStateRole:
+      return isInclude ? QVariant(store_.isIncluded(index.row()) ? Qt::Checked : Qt::Unchecked) : QVariant();
+    case Qt::TextAlignmentRole:
+      return QVariant::fromValue((index.column() == confidence ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    case Qt::ToolTipRole:
+      return index.column() == reason ? plainToolTip(reasonText(index.row())) : QVariant();
+    case Qt::AccessibleTextRole:
+      return isInclude ? QVariant(localized("Include")) : text(index);
+    default:
+      return {};
+  }
+}
+
+bool CandidateTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (!index.isValid() || index.column() != include || role != Qt::CheckStateRole) return false;
+  store_.setIncluded({index.row()}, value.toInt() == Qt::Checked);
+  return true;
+}
+
+Qt::ItemFlags CandidateTableModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags plain = QAbstractTableModel::flags(index);
+  return index.isValid() && index.column() == include ? plain | Qt::ItemIsUserCheckable : plain;
+}
+
+QVariant CandidateTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || section < 0 || section >= columnCountOfAll) return {};
+  switch (role) {
+    case Qt::DisplayRole:
+      return localized(titles[static_cast<std::size_t>(section)]);
+    case Qt::InitialSortOrderRole:
+      return section == confidence ? Qt::DescendingOrder : Qt::AscendingOrder;
+    case Qt::TextAlignmentRole:
+      return QVariant::fromValue((section == confidence ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+QString CandidateTableModel::reasonText(int row) const {
+  const QString english = toQt(store_.at(row).reason);
+  const auto known = reasons_.constFind(english);
+  if (known != reasons_.constEnd()) return *known;
+  return reasons_[english] = toQt(CandidateTexts::reason(store_.at(row)));
+}
+
+void CandidateTableModel::refreshLanguage() {
+  reasons_.clear();
+  emit headerDataChanged(Qt::Horizontal, 0, columnCountOfAll - 1);
+  if (store_.count() > 0) emit dataChanged(index(0, 0), index(store_.count() - 1, columnCountOfAll - 1));
+}
+
+CandidateOrder::CandidateOrder(CandidateTableModel& model, QObject* parent)
+    : QSortFilterProxyModel(parent), model_(model) {
+  setDynamicSortFilter(false);  // a row that has just been toggled stays under the mouse
+  setSourceModel(&model);
+}
+
+void CandidateOrder::setKind(std::optional<CandidateTexts::Kind> kind) {
+  kind_ = kind;
+  invalidateFilter();
+}
+
+bool CandidateOrder::filterAcceptsRow(int row, const QModelIndex&) const {
+  const CandidateStore& store = model_.store();
+  return !kind_ || CandidateTexts::kindOf(store.at(row), store.metadata()) == *kind_;
+}
+
+bool CandidateOrder::lessThan(const QModelIndex& left, const QModelIndex& right) const {
+  const CandidateStore& store = model_.store();
+  const CalibrationCandidate& first = store.at(left.row());
+  const CalibrationCandidate& second = store.at(right.row());
+  switch (left.column()) {
+    case CandidateTableModel::include:
+      return store.isIncluded(left.row()) > store.isIncluded(right.row());
+    case CandidateTableModel::kind:
+      return CandidateTexts::kindOf(first, store.metadata()) < CandidateTexts::kindOf(second, store.metadata());
+    case CandidateTableModel::position:
+      return std::pair(first.x, first.yStart) < std::pair(second.x, second.yStart);
+    case CandidateTableModel::confidence:
+      return first.confidence < second.confidence;
+    default:
+      return model_.reasonText(left.row()).localeAwareCompare(model_.reasonText(right.row())) < 0;
+  }
+}
+
+}  // namespace tessaly

@@ -1,0 +1,61 @@
+// The candidates as table rows, in the result's order; filtering and sorting happen in CandidateOrder above it.
+#pragma once
+
+#include "app/preview/CandidateStore.h"
+#include "app/widgets/FollowsLanguage.h"
+#include "presentation/CandidateTexts.h"
+
+#include <QAbstractTableModel>
+#include <QHash>
+#include <QSortFilterProxyModel>
+#include <optional>
+
+namespace tessaly {
+
+class CandidateTableModel : public QAbstractTableModel, public FollowsLanguage {
+  Q_OBJECT
+
+ public:
+  enum Column { include, kind, position, confidence, reason, columnCountOfAll };
+
+  explicit CandidateTableModel(CandidateStore& store, QObject* parent = nullptr);
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+  [[nodiscard]] const CandidateStore& store() const { return store_; }
+  [[nodiscard]] QString reasonText(int row) const;
+
+  void refreshLanguage() override;
+
+ private:
+  [[nodiscard]] QVariant text(const QModelIndex& index) const;
+
+  CandidateStore& store_;
+  mutable QHash<QString, QString> reasons_;  ///< translated; thousands of candidates share a few
+};
+
+/// Sorts and filters what the table shows; the candidates keep their order.
+class CandidateOrder : public QSortFilterProxyModel {
+  Q_OBJECT
+
+ public:
+  explicit CandidateOrder(CandidateTableModel& model, QObject* parent = nullptr);
+
+  /// Shows one kind only; nothing: all of them.
+  void setKind(std::optional<CandidateTexts::Kind> kind);
+
+ protected:
+  [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
+  [[nodiscard]] bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
+
+ private:
+  CandidateTableModel& model_;
+  std::optional<CandidateTexts::Kind> kind_;
+};
+
+}  // namespace tessaly

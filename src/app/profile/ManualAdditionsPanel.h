@@ -1,0 +1,31 @@
+// The fields and buttons that add a defect by hand.
+#pragma once
+
+#include "app/widgets/Controls.h"
+#include "calibration/review/CandidateSelection.h"
+
+#include <QWidget>
+
+namespace tessaly {
+
+class ManualAdditionsPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ManualAdditionsPanel(QWidget* parent = nullptr);
+
+  QLineEdit* manualX;
+  QLineEdit* manualY;
+  QLineEdit* spotRadius;
+  QPushButton* addPixelButton;
+  QPushButton* addColumnButton;
+  QPushButton* addSpotButton;
+
+  void fill(const CandidateSelection::ManualFields& fields);
+
+  [[nodiscard]] std::string x() const;
+  [[nodiscard]] std::string y() const;
+  [[nodiscard]] std::string radius() const;
+};
+
+}  // namespace tessaly

@@ -1,0 +1,26 @@
+#include "app/profile/SavePanel.h"
+
+#include "app/widgets/Metrics.h"
+#include "app/widgets/QtText.h"
+
+#include <QBoxLayout>
+
+namespace tessaly {
+
+SavePanel::SavePanel(QWidget* parent)
+    : QWidget(parent), profileName(new QLineEdit), saveButton(Controls::button("Save Camera Profile")) {
+  profileName->setAccessibleName(localized("Profile Name"));
+  profileName->setAcceptDrops(false);
+  auto* title = Controls::caption("Profile Name", *profileName);
+  makeHeading(*title);
+  auto* line = new QHBoxLayout(this);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->setSpacing(Metrics::grid);
+  line->addWidget(title);
+  line->addWidget(profileName, 1);
+  line->addSpacing(Metrics::grid);
+  line->addWidget(saveButton);
+  connect(profileName, &QLineEdit::returnPressed, saveButton, &QPushButton::click);
+}
+
+}  // namespace tessaly

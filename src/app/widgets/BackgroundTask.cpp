@@ -1,0 +1,22 @@
+#include "app/widgets/BackgroundTask.h"
+
+#include <QMetaObject>
+#include <utility>
+
+namespace tessaly {
+
+void BackgroundTask::start(Work work) {
+  thread_ = std::jthread();  // stops and joins
+  const std::uint64_t generation = ++current_;
+  const Deliver deliver = [this, generation](std::function<void()> result) {
+    QMetaObject::invokeMethod(
+        &owner_,
+        [this, generation, result = std::move(result)] {
+          if (generation == current_) result();
+        },
+        Qt::QueuedConnection);
+  };
+  thread_ = std::jthread([work = std::move(work), deliver](const std::stop_token& stop) { work(stop, deliver); });
+}
+
+}  // namespace tessaly

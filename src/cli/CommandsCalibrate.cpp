@@ -1,0 +1,166 @@
+// calibrate FOLDER_OR_FILES…: from calibration frames to candidates, a preview and a profile.
+#include "calibration/CalibrationEngine.h"
+#include "calibration/review/CandidateSelection.h"
+#include "cli/CalibrationFrames.h"
+#include "cli/CalibrationResultJSON.h"
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/Failures.h"
+#include "cli/Interruption.h"
+#include "cli/OutputFiles.h"
+#include "cli/ProgressDisplay.h"
+#include "dng/DNGReader.h"
+#include "localization/Localization.h"
+#include "platform/Text.h"
+#include "presentation/CalibrationTexts.h"
+#include "profile/CameraProfileJSON.h"
+#include "store/ProfileStore.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <set>
+#include <vector>
+
+namespace tessaly::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct CalibrateOptions {
+  std::vector<std::string> frames;
+  std::string result;
+  std::string preview;
+  std::string inspect;
+  std::optional<std::string> name;
+  std::string profile;
+  bool save = false;
+  std::string pixelConfidence = "98";
+  std::string include = "preselected";
+
+  [[nodiscard]] bool makesProfile() const { return save || !profile.empty(); }
+};
+
+double pixelConfidence(const CalibrateOptions& options) {
+  try {
+    return CandidateSelection::requireConfidence(options.pixelConfidence);
+  } catch (const InvalidInput& error) {
+    throw UsageError("--pixel-confidence: " + L(error.what()));
+  }
+}
+
+/// What can be said before minutes of work.
+void checkOptions(const CalibrateOptions& options) {
+  if (!options.makesProfile()) return;
+  if (!options.name) throw UsageError("--profile and --save need --name");
+  if (trimmed(*options.name).empty()) throw InvalidInput("Enter a camera profile name.");
+}
+
+void checkOutputs(const CalibrateOptions& options, const CalibrationFrames& frames) {
+  std::vector<fs::path> inputs = frames.files;
+  inputs.emplace_back(options.inspect);
+  OutputFiles::check({options.result, options.preview, options.profile}, inputs);
+}
+
+CalibrationResult analyze(const CalibrationFrames& frames, const Interruption& interruption) {
+  ProgressDisplay display;
+  std::int64_t printed = 0;
+  const auto report = [&](const CalibrationProgress& progress) {
+    interruption.check();
+    const std::string text = CalibrationTexts::progress(progress);
+    display.show(progress.completed, progress.total, text);
+    if (display.isTerminal() || progress.completed <= printed) return;
+    printed = progress.completed;
+    display.print({fmt::format("{}/{}  {}", progress.completed, progress.total, text)});
+  };
+  return CalibrationEngine::analyze(frames.files, report);
+}
+
+std::set<UUID> includedCandidates(const CalibrateOptions& options, const CalibrationResult& result, double threshold) {
+  std::set<UUID> included;
+  if (options.include == "preselected") included = CandidateSelection::preselected(result.candidates, threshold);
+  if (options.include != "all") return included;
+  for (const CalibrationCandidate& candidate : result.candidates)
+    included.insert(candidate.id);
+  return included;
+}
+
+/// The inspection preview of a photograph of the same camera.
+RawPreviewImage inspectionPreview(const fs::path& photograph, const CalibrationResult& result) {
+  const DNGMetadata metadata = DNGReader::readMetadata(photograph);
+  if (!metadata.isGeometryCompatible(result.metadata))
+    throw InvalidInput("The problem DNG does not match the calibration camera or sensor dimensions");
+  return CalibrationEngine::makeInspectionPreview(photograph).second;
+}
+
+void writePreview(const CalibrateOptions& options, const CalibrationResult& result) {
+  const RawPreviewImage image = options.inspect.empty() ? result.preview : inspectionPreview(options.inspect, result);
+  if (options.preview.empty()) return;
+  std::string file = fmt::format("P5\n{} {}\n255\n", image.width, image.height);
+  file.append(image.pixels.begin(), image.pixels.end());
+  OutputFiles::write(options.preview, file);
+}
+
+void save(const CameraProfile& profile) {
+  try {
+    const fs::path file = ProfileStore::save(profile);
+    Console::draw(CalibrationTexts::saved(profile, file) + "\n");
+  } catch (const std::exception& error) {
+    throw CommandFailure(error, displayName(ProfileStore::directory()));
+  }
+}
+
+void makeProfile(const CalibrateOptions& options, const CalibrationResult& result, const std::set<UUID>& included) {
+  if (!options.makesProfile()) return;
+  const CameraProfile profile =
+      CandidateSelection::makeProfile(&result.metadata, *options.name, result.candidates, included);
+  if (!options.profile.empty()) OutputFiles::write(options.profile, encodeProfile(profile));
+  if (options.save) save(profile);
+}
+
+/// The result of the analysis stands on its own: it is written before anything that can still fail.
+void finish(const CalibrateOptions& options, const CalibrationResult& result, double threshold) {
+  const std::set<UUID> included = includedCandidates(options, result, threshold);
+  if (!options.result.empty()) OutputFiles::write(options.result, toJSON(result, included).dump(2) + "\n");
+  writePreview(options, result);
+  makeProfile(options, result, included);
+  Console::write(CalibrationTexts::completion(result, threshold) + "\n");
+}
+
+ExitStatus calibrate(const CalibrateOptions& options, const Context& context) {
+  const double threshold = pixelConfidence(options);
+  checkOptions(options);
+  const CalibrationFrames frames = calibrationFrames(options.frames);
+  checkOutputs(options, frames);
+  try {
+    finish(options, analyze(frames, context.interruption), threshold);
+  } catch (const DNGError& error) {
+    throw CommandFailure(error, frames.folder);
+  }
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+void addCalibrate(Program& program) {
+  auto options = std::make_shared<CalibrateOptions>();
+  CLI::App* command =
+      addCommand(program, program.app, "calibrate", "Find the fixed sensor defects in a set of calibration frames");
+  command->add_option("FOLDER_OR_FILES", options->frames, "A folder with calibration DNG files, or the files")
+      ->required()
+      ->type_name("");
+  addOption(command, "--result", options->result, "OUT.json", "Write the result of the analysis as JSON");
+  addOption(command, "--preview", options->preview, "OUT.pgm", "Write the preview as a picture (binary PGM)");
+  addOption(command, "--inspect", options->inspect, "FILE", "Preview this photograph instead of a bright-field frame");
+  command->add_option("--name", options->name, "The name of the profile")->type_name("NAME");
+  addOption(command, "--profile", options->profile, "OUT.json", "Write a profile of the included candidates to a file");
+  command->add_flag("--save", options->save, "Put a profile of the included candidates into the profile store");
+  addOption(command, "--pixel-confidence", options->pixelConfidence, "PERCENT",
+            "Include pixels from this confidence on, 50 to 100; otherwise 98");
+  addOption(command, "--include", options->include, "preselected|all|none", "Which candidates are included")
+      ->check(CLI::IsMember({"preselected", "all", "none"}).description(""));
+  setAction(program, command, options, calibrate);
+}
+
+}  // namespace tessaly::cli

@@ -1,0 +1,121 @@
+#include "dng/copy/CopyWriter.h"
+
+#include "dng/DNGError.h"
+#include "dng/DNGReader.h"
+#include "dng/copy/CopyPlanner.h"
+#include "dng/copy/CopyVerifier.h"
+#include "dng/copy/SourceBytes.h"
+#include "dng/copy/SourceFormWriter.h"
+#include "dng/copy/SyntheticExposure.h"
+#include "dng/samples/SamplePacker.h"
+#include "platform/PartialFile.h"
+#include "platform/SystemCall.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace tessaly {
+namespace {
+
+// "/out/a.dng/" names the file "/out/a.dng".
+std::filesystem::path withoutTrailingSlash(const std::filesystem::path& path) {
+  return path.has_filename() || !path.has_relative_path() ? path : path.parent_path();
+}
+
+std::filesystem::path standardized(const std::filesystem::path& path) {
+  return withoutTrailingSlash(std::filesystem::absolute(path).lexically_normal());
+}
+
+// Links are not followed: a dangling one bears the name too. What cannot be looked at shows its error when it is made.
+bool isTaken(const std::filesystem::path& path) {
+  std::error_code ignored;
+  const auto type = std::filesystem::symlink_status(path, ignored).type();
+  return type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::none;
+}
+
+void requireReadableSamples(const SourceImage& source, const CopyRequest& request) {
+  const bool isWholePlane = std::ssize(request.samples) == source.metadata().pixelCount();
+  if (!isWholePlane) throw DNGError::invalid("Raw sample count/descriptor");
+  if (const auto reason = DNGReader::supportReason(source.metadata())) throw DNGError::unsupported(*reason);
+}
+
+// One copy on its way.
+class Copy {
+ public:
+  Copy(const SourceImage& source, const CopyRequest& request, std::span<std::byte> buffer)
+      : source_(source), request_(request), buffer_(buffer) {
+    const bool reencoded = takesReencodedForm(source.metadata(), request.preserveEncoding);
+    if (!reencoded) sourceForm_.emplace(source, request.samples, request.changed);
+    plan_ = planCopy(source, reencoded, request.exposure);
+  }
+
+  void write(PartialFile& file) {
+    const InputFile& input = source_.container().file();
+    const bool isClone = file.cloneFrom(input);
+    if (!isClone) file.reserve(plan_.length);
+    if (sourceForm_) {
+      sourceForm_->write(file, isClone, buffer_);
+    } else {
+      if (!isClone) copySourceBytes(file, source_, {0, 0, input.size()}, buffer_);
+      appendRawSegment(file);
+    }
+    for (const CopyRange& value : plan_.values)
+      copySourceBytes(file, source_, value, buffer_);
+    for (const FilePatch& patch : plan_.patches)
+      file.writeAt(patch.offset, patch.bytes);
+  }
+
+  void verify(const PartialFile& file) const {
+    const InverseLinearization* const inverse = sourceForm_ ? sourceForm_->inverse() : nullptr;
+    verifyCopy(file.path(), {source_.metadata(), request_.samples, inverse});
+  }
+
+ private:
+  void appendRawSegment(PartialFile& file) {
+    const SampleFormat format{16, source_.container().little(), false};
+    std::int64_t offset = *plan_.rawSegment;
+    std::span<const std::uint16_t> rest = request_.samples;
+    while (!rest.empty()) {
+      const auto slice = rest.first(std::min(rest.size(), buffer_.size() / 2));
+      const std::span<std::byte> bytes = buffer_.first(2 * slice.size());
+      packSamples(format, slice, bytes);
+      file.writeAt(offset, bytes);
+      offset += std::ssize(bytes);
+      rest = rest.subspan(slice.size());
+    }
+  }
+
+  const SourceImage& source_;
+  const CopyRequest& request_;
+  std::span<std::byte> buffer_;
+  std::optional<SourceFormWriter> sourceForm_;
+  CopyPlan plan_;
+};
+
+}  // namespace
+
+void checkRequest(const std::filesystem::path& source, const CopyRequest& request) {
+  requireExposureRange(request.exposure);
+  const bool isSource = standardized(source) == standardized(request.destination);
+  // A destination that is the source under another name, a hard link for example, exists and is refused as well.
+  if (isSource || isTaken(withoutTrailingSlash(request.destination))) {
+    throw DNGError::invalid("Output exists or equals source");
+  }
+}
+
+void writeCopy(const SourceImage& source, const CopyRequest& request, std::span<std::byte> buffer, FileSystem& system) {
+  assert(buffer.size() >= copyBufferSize);
+  requireReadableSamples(source, request);
+  Copy copy(source, request, buffer);
+  const std::filesystem::path destination = withoutTrailingSlash(request.destination);
+  const std::filesystem::path folder = folderOf(destination);
+  callSystem([&] { return system.createFolders(folder); });
+  PartialFile file(system, folder);
+  copy.write(file);
+  // Before it is read back, so that the medium answers and not the memory that was just filled.
+  file.synchronizeAndDropCache();
+  copy.verify(file);
+  file.moveTo(destination);
+}
+
+}  // namespace tessaly

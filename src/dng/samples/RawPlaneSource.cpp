@@ -1,0 +1,118 @@
+#include "dng/samples/RawPlaneSource.h"
+
+#include "dng/samples/Linearization.h"
+#include "dng/samples/SampleFormat.h"
+#include "dng/samples/SampleUnpacker.h"
+#include "dng/samples/SegmentLayout.h"
+#include "dng/samples/StoredRows.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstring>
+
+namespace tessaly {
+namespace {
+
+std::span<std::uint16_t> part(std::span<std::uint16_t> plane, const SampleRun& run, std::int64_t rawWidth) {
+  return plane.subspan(static_cast<std::size_t>(run.row * rawWidth + run.column), static_cast<std::size_t>(run.count));
+}
+
+std::span<const std::uint16_t> part(std::span<const std::uint16_t> plane, const SampleRun& run, std::int64_t rawWidth) {
+  return plane.subspan(static_cast<std::size_t>(run.row * rawWidth + run.column), static_cast<std::size_t>(run.count));
+}
+
+// Strips of native samples are as wide as the plane: each is read straight to its place, without a copy in between.
+void readNativeStrips(const InputFile& file, const DNGMetadata& metadata, std::span<std::uint16_t> plane) {
+  const DNGSourceEncoding& encoding = *metadata.sourceEncoding;
+  const SegmentLayout layout = SegmentLayout::of(metadata);
+  for (std::int64_t index = 0; index < layout.count(); ++index) {
+    checkSegment(file, encoding, layout, index);
+    const Segment strip = layout.segment(index);
+    const auto samples = part(plane, {strip.y, 0, strip.rows * metadata.rawWidth}, metadata.rawWidth);
+    const std::span<std::byte> bytes = std::as_writable_bytes(samples);
+    const std::size_t got = file.readAt(encoding.offsets[static_cast<std::size_t>(index)], bytes);
+    if (got < bytes.size()) throwSegmentTruncated(index);
+    linearize(encoding.linearization, samples);
+  }
+}
+
+// The part of a stored row that holds a wanted run in whole groups of samples: unpacking can only start with one, and
+// is slow with a part of one. Empty when they have no column in common.
+SampleRun unpackedPart(const SampleRun& stored, const SampleRun& wanted) {
+  constexpr std::int64_t group = SampleFormat::samplesPerGroup;
+  const std::int64_t first = std::max(wanted.column - stored.column, std::int64_t{0});
+  const std::int64_t end = std::min(wanted.column + wanted.count - stored.column, stored.count);
+  const std::int64_t start = first / group * group;
+  const std::int64_t wholeEnd = std::min((end + group - 1) / group * group, stored.count);
+  return {stored.row, stored.column + start, first < end ? wholeEnd - start : 0};
+}
+
+}  // namespace
+
+void RawPlaneSource::readInto(std::span<std::uint16_t> plane, const WantedSamples& wanted) const {
+  const SampleFormat format = SampleFormat::of(metadata_);
+  const DNGSourceEncoding& encoding = *metadata_.sourceEncoding;
+  if (format.isNative() && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
+  forEachStoredRow(file_, metadata_, [&](const SampleRun& stored, std::span<const std::byte> bytes) {
+    for (const SampleRun& run : wanted(stored.row)) {
+      const SampleRun unpacked = unpackedPart(stored, run);
+      if (unpacked.count == 0) continue;
+      const std::int64_t skipped = format.byteCount(unpacked.column - stored.column);
+      const std::span<std::uint16_t> samples = part(plane, unpacked, metadata_.rawWidth);
+      unpackSamples(format, bytes.subspan(static_cast<std::size_t>(skipped)), samples);
+      linearize(encoding.linearization, samples);
+    }
+  });
+}
+
+void RawPlaneSource::readInto(std::span<std::uint16_t> plane) const {
+  assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
+  const SampleFormat format = SampleFormat::of(metadata_);
+  const DNGSourceEncoding& encoding = *metadata_.sourceEncoding;
+  if (format.isNative() && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
+  forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
+    const std::span<std::uint16_t> samples = part(plane, run, metadata_.rawWidth);
+    unpackSamples(format, bytes, samples);
+    linearize(encoding.linearization, samples);
+  });
+}
+
+void RawPlaneSource::forEachRun(const RunVisitor& visit) const {
+  RawSamples linear;
+  forEachStoredRun([&](const SampleRun& run, std::span<const std::uint16_t> codes) {
+    linear.assign(codes.begin(), codes.end());
+    linearize(metadata_.sourceEncoding->linearization, linear);
+    visit(run, linear);
+  });
+}
+
+void RawPlaneSource::forEachStoredRun(const RunVisitor& visit) const {
+  const SampleFormat format = SampleFormat::of(metadata_);
+  RawSamples codes;
+  forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
+    codes.resize(static_cast<std::size_t>(run.count));
+    unpackSamples(format, bytes, codes);
+    visit(run, codes);
+  });
+}
+
+bool RawPlaneSource::matches(std::span<const std::uint16_t> plane) const {
+  assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
+  bool equal = true;
+  const RunVisitor compare = [&](const SampleRun& run, std::span<const std::uint16_t> samples) {
+    equal = equal && std::ranges::equal(samples, part(plane, run, metadata_.rawWidth));
+  };
+  if (!metadata_.sourceEncoding->linearization.empty()) {
+    forEachRun(compare);
+  } else if (!SampleFormat::of(metadata_).isNative()) {
+    forEachStoredRun(compare);
+  } else {
+    forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
+      const std::span<const std::uint16_t> samples = part(plane, run, metadata_.rawWidth);
+      equal = equal && std::memcmp(bytes.data(), samples.data(), samples.size_bytes()) == 0;
+    });
+  }
+  return equal;
+}
+
+}  // namespace tessaly
