@@ -5,34 +5,14 @@
 // exactly as it stands. DNGError is a value: copying shares an immutable payload and is safe between threads.
 #pragma once
 
+#include "dng/RejectionReason.h"
+
 #include <exception>
 #include <filesystem>
 #include <memory>
 #include <string>
 
 namespace tessaly {
-
-/// Why a photograph was refused, as the photographer is told. The order is the order of the message table.
-enum class RejectionReason {
-  losslessJPEG,
-  lossyJPEG,
-  jpegXL,
-  proprietaryRAW,
-  nonBayer,
-  linear,
-  damaged,
-  unreadable,
-  mismatch,
-  unsupported,
-  container,
-  bitDepth,
-  fractionalCrop,
-  fillOrder,
-  sampleRange,
-  numericType,
-  calibrationFrames,
-  calibrationSize,
-};
 
 class DNGError final : public std::exception {
  public:

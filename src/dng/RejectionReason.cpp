@@ -1,3 +1,5 @@
+#include "dng/RejectionReason.h"
+
 #include "dng/DNGError.h"
 
 #include <array>

@@ -96,13 +96,13 @@ std::string format(std::string_view format, std::initializer_list<FormatArgument
 }
 
 std::string composedText(std::string_view english, std::optional<AppLanguage> language) {
-  const auto isWhole = [english](const Entry& entry) { return entry.english == english; };
-  if (std::ranges::any_of(entries(), isWhole)) return text(english, language);
-  for (const Entry& entry : entries()) {
-    if (entry.english.find('%') == std::string_view::npos) continue;
-    if (const auto values = matchFormat(entry.english, english))
-      return fillFormat(text(entry.english, language), *values);
-  }
+  if (findEntry([english](const Entry& entry) { return entry.english == english; })) return text(english, language);
+  std::optional<std::vector<std::string>> values;
+  const Entry* composed = findEntry([&](const Entry& entry) {
+    if (entry.english.find('%') != std::string_view::npos) values = matchFormat(entry.english, english);
+    return values.has_value();
+  });
+  if (composed) return fillFormat(text(composed->english, language), *values);
   return std::string(english);
 }
 

@@ -28,9 +28,7 @@ AppLanguage shown(std::optional<AppLanguage> asked) {
 }
 
 const Entry* entryOfEnglish(std::string_view english) {
-  const auto table = entries();
-  const auto found = std::ranges::find(table, english, &Entry::english);
-  return found == table.end() ? nullptr : &*found;
+  return findEntry([english](const Entry& entry) { return entry.english == english; });
 }
 
 std::string helpLine(AppLanguage language) {
@@ -45,6 +43,14 @@ std::string helpLine(AppLanguage language) {
 }
 
 }  // namespace
+
+const Entry* findEntry(const std::function<bool(const Entry&)>& fits) {
+  for (const auto table : {entries(), additions()}) {
+    const auto found = std::ranges::find_if(table, fits);
+    if (found != table.end()) return &*found;
+  }
+  return nullptr;
+}
 
 AppLanguage language() {
   const AppLanguage chosen = languageOverride.load();
@@ -61,11 +67,9 @@ std::string text(std::string_view english, std::optional<AppLanguage> language) 
 }
 
 std::string original(std::string_view text) {
-  const auto table = entries();
-  const auto found = std::ranges::find_if(table, [text](const Entry& entry) {
-    return text == entry.english || text == entry.chinese || text == entry.french;
-  });
-  return std::string(found == table.end() ? text : found->english);
+  const Entry* entry =
+      findEntry([text](const Entry& row) { return text == row.english || text == row.chinese || text == row.french; });
+  return std::string(entry ? entry->english : text);
 }
 
 std::string rejectionMessage(RejectionReason reason, std::string_view filename, std::optional<AppLanguage> language) {

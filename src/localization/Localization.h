@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <span>
@@ -28,8 +29,14 @@ struct Entry {
   std::string_view french;
 };
 
-/// All texts, in their fixed order.
+/// The texts that other programs know by their order: it is fixed.
 [[nodiscard]] std::span<const Entry> entries();
+
+/// The texts that came later, in any order. No English text stands in both tables.
+[[nodiscard]] std::span<const Entry> additions();
+
+/// The first row of either table that fits; nothing when none does.
+[[nodiscard]] const Entry* findEntry(const std::function<bool(const Entry&)>& fits);
 
 inline constexpr std::string_view supportEmail = "support@tessaly.example";
 

@@ -63,10 +63,12 @@ TEST(Format, DoesNotMatchATextOfAnotherForm) {
 }
 
 TEST(Format, HasTheSamePlaceholdersInEveryLanguage) {
-  for (const Entry& entry : entries()) {
-    const auto placeholders = formatParts(entry.english).placeholders;
-    EXPECT_EQ(formatParts(entry.chinese).placeholders, placeholders) << entry.chinese;
-    EXPECT_EQ(formatParts(entry.french).placeholders, placeholders) << entry.french;
+  for (const auto table : {entries(), additions()}) {
+    for (const Entry& entry : table) {
+      const auto placeholders = formatParts(entry.english).placeholders;
+      EXPECT_EQ(formatParts(entry.chinese).placeholders, placeholders) << entry.chinese;
+      EXPECT_EQ(formatParts(entry.french).placeholders, placeholders) << entry.french;
+    }
   }
 }
 

@@ -16,8 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 bool isKey(const std::string& text) {
-  return std::ranges::any_of(Localization::entries(),
-                             [&text](const Localization::Entry& entry) { return entry.english == text; });
+  return Localization::findEntry([&text](const Localization::Entry& entry) { return entry.english == text; });
 }
 
 /// The literals that are the first argument of a lookup, adjacent ones joined.

@@ -57,8 +57,17 @@ TEST_F(LocalizationTest, KnowsTheKeyOfEveryCell) {
 
 TEST_F(LocalizationTest, HasEachKeyOnce) {
   std::set<std::string_view> keys;
-  for (const Localization::Entry& entry : Localization::entries()) {
-    EXPECT_TRUE(keys.insert(entry.english).second) << entry.english;
+  for (const auto table : {Localization::entries(), Localization::additions()}) {
+    for (const Localization::Entry& entry : table)
+      EXPECT_TRUE(keys.insert(entry.english).second) << entry.english;
+  }
+}
+
+TEST_F(LocalizationTest, LooksInTheAdditionsToo) {
+  for (const Localization::Entry& entry : Localization::additions()) {
+    EXPECT_FALSE(entry.english.empty() || entry.chinese.empty() || entry.french.empty()) << entry.english;
+    EXPECT_EQ(Localization::text(entry.english, chinese), entry.chinese);
+    EXPECT_EQ(Localization::text(Localization::original(entry.french), french), entry.french);
   }
 }
 
