@@ -48,6 +48,16 @@ function(tessaly_user_program name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}")
 endfunction()
 
+# tessaly_real_files_test(NAME SOURCES…): tests of this program that read DNG files of real cameras. Those files are
+# not part of the project: the tests are there when TESSALY_REAL_FILES names their folder.
+function(tessaly_real_files_test name)
+  if(NOT TESSALY_REAL_FILES)
+    return()
+  endif()
+  target_sources(${name} PRIVATE ${ARGN})
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_DEFINITIONS TESSALY_REAL_FILES="${TESSALY_REAL_FILES}")
+endfunction()
+
 # tessaly_test(NAME SOURCES…): a GoogleTest program whose cases ctest lists one by one.
 function(tessaly_test name)
   add_executable(${name} ${ARGN})

@@ -3,6 +3,9 @@
 #
 #   install_packages build test      installs what is missing of these groups of packages.txt
 #   build_preset dev [TARGET…]       configures build/dev by its preset and builds these targets, or all
+#
+# TESSALY_REAL_FILES in the environment names the folder of cameras' own DNG files for the tests that read them; without
+# it a build keeps the folder that it was configured with.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -47,10 +50,11 @@ install_packages() {
 }
 
 configure_and_build() {
-  local preset=$1 launcher=()
+  local preset=$1 options=()
   shift
-  command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
-  cd "$root" && cmake --preset "$preset" "${launcher[@]}" && cmake --build --preset "$preset" ${1:+--target "$@"}
+  command -v ccache >/dev/null && options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+  [ -z "${TESSALY_REAL_FILES:-}" ] || options+=("-DTESSALY_REAL_FILES=$TESSALY_REAL_FILES")
+  cd "$root" && cmake --preset "$preset" "${options[@]}" && cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
 build_preset() {

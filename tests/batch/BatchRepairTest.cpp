@@ -3,7 +3,6 @@
 #include "batch/BatchProcessor.h"
 #include "dng/DNGReader.h"
 #include "localization/Localization.h"
-#include "support/RealFiles.h"
 #include "tools/DNGBuilder.h"
 
 #include <gmock/gmock.h>
@@ -137,30 +136,6 @@ TEST(BatchRepair, OpensAListedFileWhateverItsExtension) {
                                     BatchOptions{}, nullptr, nullptr);
   EXPECT_EQ(summary.succeeded, 1);
   EXPECT_TRUE(std::filesystem::exists(folders.output / "a.tif"));
-}
-
-/// The number of positions at which two byte sequences of one length differ.
-std::size_t differences(const std::vector<std::byte>& left, const std::vector<std::byte>& right) {
-  EXPECT_EQ(left.size(), right.size());
-  std::size_t count = 0;
-  for (std::size_t index = 0; index < std::min(left.size(), right.size()); ++index)
-    count += left[index] != right[index] ? 1 : 0;
-  return count;
-}
-
-TEST(BatchRepair, RepairsASeriesOfARealCameraInTheOrderOfAFileBrowser) {
-  BatchFolders folders;
-  folders.input = tests::realFilesFolder() / "series";
-  if (!std::filesystem::is_directory(folders.input)) GTEST_SKIP() << "no real files here";
-  const BatchSummary summary = run(folders, profileOf(folders.input / "IMG_1.dng"));
-  EXPECT_EQ(summary.succeeded, 14);
-  const tests::Names rows = lines(readText(*summary.logURL));
-  for (int number = 1; number <= 14; ++number) {
-    const std::string name = "IMG_" + std::to_string(number) + ".dng";
-    EXPECT_EQ(rows.at(static_cast<std::size_t>(number)), "\"" + name + "\",Success,1,\"\"");
-    EXPECT_LE(differences(readBytes(folders.input / name), readBytes(folders.output / name)), 2U)
-        << "more than the two bytes of the one sample";
-  }
 }
 
 }  // namespace

@@ -1,23 +1,17 @@
-// Files of real cameras, from the folder named by TESSALY_SAMPLES or the one beside the project; skipped without them.
+// Files of real cameras, read and refused.
 #include "dng/DNGReader.h"
 #include "dng/LibRawWitness.h"
 #include "dng/metadata/Refusal.h"
 #include "support/FileBytes.h"
 #include "support/NaiveRawReader.h"
+#include "support/RealFiles.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 namespace tessaly::tests {
 namespace {
 
 using Samples = std::vector<std::uint16_t>;
-
-std::filesystem::path samplesFolder() {
-  const char* const chosen = std::getenv("TESSALY_SAMPLES");
-  return chosen != nullptr ? chosen : TESSALY_SAMPLES_FOLDER;
-}
 
 struct RealFile {
   const char* name;
@@ -30,11 +24,7 @@ void PrintTo(const RealFile& file, std::ostream* out) {
 
 class RealFiles : public testing::TestWithParam<RealFile> {
  protected:
-  void SetUp() override {
-    if (!std::filesystem::exists(samplesFolder())) GTEST_SKIP() << "no real files in " << samplesFolder();
-  }
-
-  [[nodiscard]] static std::filesystem::path path() { return samplesFolder() / GetParam().name; }
+  [[nodiscard]] static std::filesystem::path path() { return realFilesFolder / GetParam().name; }
 };
 
 class AcceptedFiles : public RealFiles {};

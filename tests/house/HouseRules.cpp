@@ -71,44 +71,6 @@ std::string localeBoundCall(const TextFile&, const std::string& line) {
   return {};
 }
 
-// In pieces, so that this file does not say the words either.
-bool namesADocument(const std::string& word) {
-  static const std::string stem = std::string("pe") + "c";
-  static const std::set<std::string> endings{"", "s", "ification", "ifications"};
-  const bool hasStem = (word[0] == 's' || word[0] == 'S') && word.compare(1, stem.size(), stem) == 0;
-  return hasStem && endings.contains(word.substr(1 + stem.size()));
-}
-
-bool isNumber(const std::string& word) {
-  return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-// "P-art 1.2", "i-ssue 3", "i-ssue #3"; a part that is a column or a picture has no two numbers behind it.
-bool namesAChapter(const std::vector<std::string>& words, const std::string& line) {
-  for (std::size_t i = 0; i + 1 < words.size(); ++i) {
-    const bool isChapter = words[i] == "Part" && i + 2 < words.size() && isNumber(words[i + 2]) &&
-                           line.find("Part " + words[i + 1] + "." + words[i + 2]) != std::string::npos;
-    const bool isTracker = (words[i] == "issue" || words[i] == "Issue") && isNumber(words[i + 1]);
-    if (isChapter || isTracker) return true;
-  }
-  return false;
-}
-
-// Tests use made-up ones.
-bool namesAMachine(const TextFile& file, const std::string& line) {
-  static const std::vector<std::string> places{"/home/", "/root/", "/tmp/", "/work/"};
-  return !file.path.starts_with("tests/") && std::any_of(places.begin(), places.end(), [&](const std::string& place) {
-    return line.find(place) != std::string::npos;
-  });
-}
-
-std::string outsideReference(const TextFile& file, const std::string& line) {
-  const std::vector<std::string> words = wordsOf(line);
-  const bool isDocument = std::any_of(words.begin(), words.end(), namesADocument);
-  if (isDocument || namesAChapter(words, line)) return "points to another document: " + line;
-  return namesAMachine(file, line) ? "names a place on a machine: " + line : "";
-}
-
 std::vector<std::string> listedPackages(const fs::path& root) {
   std::vector<std::string> packages = linesOf(root / "packages.txt");
   std::erase_if(packages, [](const std::string& line) { return line.empty() || line[0] == '#' || line[0] == '['; });
@@ -182,10 +144,6 @@ Complaints toolkitIncludes(const fs::path& root) {
 
 Complaints localeBoundCalls(const fs::path& root) {
   return complaintsOf(cppFiles(root, "src/"), localeBoundCall);
-}
-
-Complaints outsideReferences(const fs::path& root) {
-  return complaintsOf(textFiles(root), outsideReference);
 }
 
 Complaints packageFaults(const fs::path& root) {

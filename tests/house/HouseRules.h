@@ -1,4 +1,4 @@
-// The rules of CONTRIBUTING.md that a machine can hold: who may include whom, what is listed where, what no file says.
+// The rules of CONTRIBUTING.md that a machine can hold: who may include whom, what is listed where.
 // Each takes the project's root folder and gives one line for each place where it is broken.
 //
 // Stateless; safe from several threads.
@@ -20,10 +20,6 @@ using Complaints = std::vector<std::string>;
 
 /// No function of the standard library whose result depends on the process locale, in src/.
 [[nodiscard]] Complaints localeBoundCalls(const std::filesystem::path& root);
-
-/// Text files point to nothing that is not in this repository: documents and their chapters, trackers, absolute paths
-/// of somebody's machine (tests may name the temporary folder).
-[[nodiscard]] Complaints outsideReferences(const std::filesystem::path& root);
 
 /// packages.txt lists each package once, and the package of every library that CMake looks for.
 [[nodiscard]] Complaints packageFaults(const std::filesystem::path& root);

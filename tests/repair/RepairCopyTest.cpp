@@ -4,7 +4,6 @@
 #include "repair/RepairCopy.h"
 #include "support/FailingFileSystem.h"
 #include "support/FileBytes.h"
-#include "support/RealFiles.h"
 #include "support/TemporaryFolder.h"
 #include "tools/DNGBuilder.h"
 
@@ -13,7 +12,6 @@
 #include <algorithm>
 #include <functional>
 #include <random>
-#include <set>
 
 namespace tessaly {
 namespace {
@@ -306,56 +304,6 @@ TEST_F(RepairCopy, ForgetsTheProfileOfTheFileBefore) {
   destination = folder / "second.dng";
   EXPECT_EQ(repair().report.changedSamples, 2);
   EXPECT_EQ(samplesOf(destination)[10 * width + 20], 4000);
-}
-
-// Real camera files with a profile of one pixel, one short column and one spot.
-class RealFiles : public RepairCopy {
- protected:
-  void addDefects() {
-    const std::int64_t x = profile.rawWidth / 2;
-    const std::int64_t y = profile.rawHeight / 2;
-    profile.pixels = {pixelAt(x, y)};
-    const bool hasRoom = profile.rawWidth > 100 && profile.rawHeight > 100;
-    if (!hasRoom) return;
-    profile.lines = {lineAt(x + 20, y - 10, y + 10)};
-    profile.spots = {spotAt(x - 20, y, 4)};
-  }
-
-  void expectOnlyDefectsChanged() {
-    const Samples before = samplesOf(source);
-    const Samples after = samplesOf(destination);
-    const MappedDefects defects(profile);
-    std::int64_t others = 0;
-    for (std::size_t i = 0; i < before.size(); ++i) {
-      const auto place = static_cast<std::int64_t>(i);
-      const bool mayChange = defects.map.all.contains(place % profile.rawWidth, place / profile.rawWidth);
-      if (!mayChange && before[i] != after[i]) ++others;
-    }
-    EXPECT_EQ(others, 0);
-  }
-};
-
-TEST_F(RealFiles, AreRepaired) {
-  const std::vector<Path> files = tests::realFiles("accept");
-  if (files.empty()) GTEST_SKIP() << "No real files in " << tests::realFilesFolder();
-  std::set<std::string> refused;
-  for (const Path& file : files) {
-    SCOPED_TRACE(file);
-    source = file;
-    destination = folder / "out" / file.filename();
-    try {
-      profile = CameraProfile::empty("Body", DNGReader::readMetadata(source));
-    } catch (const DNGError&) {
-      refused.insert(file.filename());
-      continue;
-    }
-    addDefects();
-    const std::int64_t expected = MappedDefects(profile).map.all.count();
-    EXPECT_EQ(repair().report.changedSamples, expected);
-    expectOnlyDefectsChanged();
-  }
-  // The reader's tests tell why.
-  EXPECT_EQ(refused, (std::set<std::string>{"10bit-one-tile-gbrg.dng", "1x1-no-image-in-first-directory.dng"}));
 }
 
 }  // namespace
