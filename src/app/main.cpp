@@ -32,8 +32,8 @@ std::optional<int> parse(int count, char** arguments, Arguments& parsed) {
       ->type_name("FOLDER")
       ->check(CLI::ExistingDirectory.description(""));
   app.add_option("--language", parsed.language, "Language until another is chosen in the settings")
-      ->type_name("en|zh-Hans|fr")
-      ->check(CLI::IsMember({"en", "zh-Hans", "fr"}).description(""));
+      ->type_name(languageTagChoice())
+      ->check(CLI::IsMember(languageTags()).description(""));
   try {
     app.parse(count, arguments);
     return std::nullopt;

@@ -1,5 +1,7 @@
 #include "cli/Program.h"
 
+#include "preferences/AppLanguage.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -9,8 +11,9 @@ namespace tessaly::cli {
 namespace {
 
 void addLanguage(CLI::App& command, std::string& language) {
-  addOption(&command, "--language", language, "en|zh-Hans|fr", "Language of messages; otherwise the saved preference")
-      ->check(CLI::IsMember({"en", "zh-Hans", "fr"}).description(""));
+  addOption(&command, "--language", language, languageTagChoice(),
+            "Language of messages; otherwise the saved preference")
+      ->check(CLI::IsMember(languageTags()).description(""));
 }
 
 bool isBracketed(const std::string& argument) {

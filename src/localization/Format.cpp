@@ -96,13 +96,13 @@ std::string format(std::string_view format, std::initializer_list<FormatArgument
 }
 
 std::string composedText(std::string_view english, std::optional<AppLanguage> language) {
-  if (findEntry([english](const Entry& entry) { return entry.english == english; })) return text(english, language);
+  if (findEntry([english](const Entry& entry) { return entry.english() == english; })) return text(english, language);
   std::optional<std::vector<std::string>> values;
   const Entry* composed = findEntry([&](const Entry& entry) {
-    if (entry.english.find('%') != std::string_view::npos) values = matchFormat(entry.english, english);
+    if (entry.english().find('%') != std::string_view::npos) values = matchFormat(entry.english(), english);
     return values.has_value();
   });
-  if (composed) return fillFormat(text(composed->english, language), *values);
+  if (composed) return fillFormat(text(composed->english(), language), *values);
   return std::string(english);
 }
 

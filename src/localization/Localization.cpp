@@ -17,30 +17,18 @@ namespace {
 // `system` stands for "no override": it is never a language that a text is shown in.
 std::atomic<AppLanguage> languageOverride = AppLanguage::system;
 
-std::string_view column(const Entry& entry, AppLanguage language) {
-  if (language == AppLanguage::chinese) return entry.chinese;
-  if (language == AppLanguage::french) return entry.french;
-  return entry.english;
-}
-
 AppLanguage shown(std::optional<AppLanguage> asked) {
   return asked ? resolved(*asked) : language();
 }
 
 const Entry* entryOfEnglish(std::string_view english) {
-  return findEntry([english](const Entry& entry) { return entry.english == english; });
+  return findEntry([english](const Entry& entry) { return entry.english() == english; });
 }
 
-std::string helpLine(AppLanguage language) {
-  const std::string address(supportEmail);
-  if (language == AppLanguage::chinese)
-    return "如需帮助，请发送邮件至 " + address + "，注明相机型号，我们会评估添加支持。";
-  if (language == AppLanguage::french) {
-    return "Pour obtenir de l’aide, écrivez à " + address +
-           " avec le modèle de votre appareil ; nous étudierons sa prise en charge.";
-  }
-  return "For help, email " + address + " with your camera model and we'll look at adding support.";
-}
+constexpr Entry helpLine{
+    "For help, email %@ with your camera model and we'll look at adding support.",
+    "如需帮助，请发送邮件至 %@，注明相机型号，我们会评估添加支持。",
+    "Pour obtenir de l’aide, écrivez à %@ avec le modèle de votre appareil ; nous étudierons sa prise en charge."};
 
 }  // namespace
 
@@ -63,20 +51,20 @@ void setLanguageOverride(std::optional<AppLanguage> language) {
 
 std::string text(std::string_view english, std::optional<AppLanguage> language) {
   const Entry* entry = entryOfEnglish(english);
-  return std::string(entry ? column(*entry, shown(language)) : english);
+  return std::string(entry ? entry->in(shown(language)) : english);
 }
 
 std::string original(std::string_view text) {
   const Entry* entry =
-      findEntry([text](const Entry& row) { return text == row.english || text == row.chinese || text == row.french; });
-  return std::string(entry ? entry->english : text);
+      findEntry([text](const Entry& row) { return std::ranges::find(row.texts, text) != row.texts.end(); });
+  return std::string(entry ? entry->english() : text);
 }
 
 std::string rejectionMessage(RejectionReason reason, std::string_view filename, std::optional<AppLanguage> language) {
   const AppLanguage tongue = shown(language);
   std::string message(filename);
-  message.append(": ").append(column(rejectionMessages(reason), tongue)).append(" ").append(helpLine(tongue));
-  return message;
+  message.append(": ").append(rejectionMessages(reason).in(tongue)).append(" ");
+  return message + format(helpLine.in(tongue), {std::string(supportEmail)});
 }
 
 }  // namespace Localization

@@ -1,4 +1,4 @@
-// Every text that the user reads, in English, Simplified Chinese and French. The English text is the key.
+// Every text that the user reads, in each language of the interface. The English text is the key.
 //
 // Pure apart from reading the language preference; safe from any thread.
 #pragma once
@@ -6,6 +6,7 @@
 #include "dng/DNGError.h"
 #include "preferences/AppLanguage.h"
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -22,11 +23,16 @@ namespace Localization {
 
 using RejectionReason = tessaly::RejectionReason;
 
-/// One text in the three languages; placeholders are the same, in the same order, in all of them.
+/// One text in every language; placeholders are the same, in the same order, in all of them.
 struct Entry {
-  std::string_view english;
-  std::string_view chinese;
-  std::string_view french;
+  /// As many texts as there are languages, in the order of `spokenLanguages`.
+  template <typename... Texts>
+  requires(sizeof...(Texts) == languageCount) constexpr Entry(Texts... each) : texts{each...} {}
+
+  [[nodiscard]] constexpr std::string_view in(AppLanguage language) const { return texts[languageIndex(language)]; }
+  [[nodiscard]] constexpr std::string_view english() const { return in(AppLanguage::english); }
+
+  std::array<std::string_view, languageCount> texts;
 };
 
 /// The texts that other programs know by their order: it is fixed.
@@ -49,7 +55,7 @@ void setLanguageOverride(std::optional<AppLanguage> language);
 /// The text in the given language (absent: the interface's); a text that is not in the table is returned unchanged.
 [[nodiscard]] std::string text(std::string_view english, std::optional<AppLanguage> language = std::nullopt);
 
-/// The English key of a text given in any of the three languages; a text that is not in the table is unchanged.
+/// The English key of a text given in any language; a text that is not in the table is unchanged.
 [[nodiscard]] std::string original(std::string_view text);
 
 /// "<filename>: <message of the reason> <help line>".

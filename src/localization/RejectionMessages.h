@@ -1,4 +1,4 @@
-// The message of each rejection reason, in the three languages, without file name and help line.
+// The message of each rejection reason, in each language, without file name and help line.
 #pragma once
 
 #include "localization/Localization.h"

@@ -1,7 +1,6 @@
 #include "preferences/AppLanguage.h"
 
 #include "preferences/QtGate.h"
-#include "preferences/RawValues.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -10,28 +9,40 @@
 namespace tessaly {
 namespace {
 
-constexpr std::array<RawValue<AppLanguage>, 4> rawValues{{
-    {AppLanguage::system, "system"},
-    {AppLanguage::english, "en"},
-    {AppLanguage::chinese, "zh-Hans"},
-    {AppLanguage::french, "fr"},
-}};
+constexpr std::string_view systemValue = "system";
 
-std::optional<AppLanguage> spoken(const std::string& tag) {
-  if (tag.starts_with("zh")) return AppLanguage::chinese;
-  if (tag.starts_with("fr")) return AppLanguage::french;
-  if (tag.starts_with("en")) return AppLanguage::english;
+std::optional<AppLanguage> meantBy(std::string_view systemTag) {
+  for (const SpokenLanguage& known : spokenLanguages) {
+    if (systemTag.starts_with(known.prefix)) return known.language;
+  }
   return std::nullopt;
 }
 
 }  // namespace
 
 std::string_view rawValue(AppLanguage language) {
-  return rawValueOf(rawValues, language);
+  return language == AppLanguage::system ? systemValue : spoken(language).tag;
 }
 
-std::optional<AppLanguage> appLanguage(std::string_view rawValue) {
-  return caseOf(rawValues, rawValue);
+std::optional<AppLanguage> appLanguage(std::string_view value) {
+  for (const AppLanguage language : languageChoices) {
+    if (rawValue(language) == value) return language;
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> languageTags() {
+  std::vector<std::string> tags;
+  for (const SpokenLanguage& known : spokenLanguages)
+    tags.emplace_back(known.tag);
+  return tags;
+}
+
+std::string languageTagChoice() {
+  std::string choice;
+  for (const std::string& tag : languageTags())
+    choice += (choice.empty() ? "" : "|") + tag;
+  return choice;
 }
 
 std::vector<std::string> preferredLanguages() {
@@ -45,7 +56,7 @@ std::vector<std::string> preferredLanguages() {
 AppLanguage resolved(AppLanguage language, const std::vector<std::string>& preferred) {
   if (language != AppLanguage::system) return language;
   for (const std::string& tag : preferred) {
-    if (const auto match = spoken(tag)) return *match;
+    if (const auto match = meantBy(tag)) return *match;
   }
   return AppLanguage::english;
 }

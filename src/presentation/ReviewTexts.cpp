@@ -11,9 +11,8 @@ namespace {
 std::string lineClicked(const CalibrationCandidate& line, const DNGMetadata& metadata) {
   std::string filled = L("Column X coordinate filled. Confirm it, then click Add Full Column.");
   if (!CandidateSelection::isPartialColumn(line, metadata)) return filled;
-  // Chinese sets no blank between sentences.
-  const char* const gap = Localization::language() == AppLanguage::chinese ? "" : " ";
-  return filled + gap +
+  filled += spoken(Localization::language()).sentenceGap;
+  return filled +
          LF("This partial defective column starts at y=%d. Including it preserves the detected range; the manual "
             "button adds a full column.",
             {line.yStart - metadata.activeY});

@@ -65,9 +65,8 @@ TEST(Format, DoesNotMatchATextOfAnotherForm) {
 TEST(Format, HasTheSamePlaceholdersInEveryLanguage) {
   for (const auto table : {entries(), additions()}) {
     for (const Entry& entry : table) {
-      const auto placeholders = formatParts(entry.english).placeholders;
-      EXPECT_EQ(formatParts(entry.chinese).placeholders, placeholders) << entry.chinese;
-      EXPECT_EQ(formatParts(entry.french).placeholders, placeholders) << entry.french;
+      for (const std::string_view text : entry.texts)
+        EXPECT_EQ(formatParts(text).placeholders, formatParts(entry.english()).placeholders) << text;
     }
   }
 }

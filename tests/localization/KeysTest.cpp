@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 bool isKey(const std::string& text) {
-  return Localization::findEntry([&text](const Localization::Entry& entry) { return entry.english == text; });
+  return Localization::findEntry([&text](const Localization::Entry& entry) { return entry.english() == text; });
 }
 
 /// The literals that are the first argument of a lookup, adjacent ones joined.

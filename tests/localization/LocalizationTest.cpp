@@ -49,9 +49,8 @@ TEST_F(LocalizationTest, LeavesATextThatIsNotInTheTable) {
 TEST_F(LocalizationTest, KnowsTheKeyOfEveryCell) {
   ASSERT_EQ(Localization::entries().size(), 194U);
   for (const Localization::Entry& entry : Localization::entries()) {
-    EXPECT_EQ(Localization::original(entry.english), entry.english);
-    EXPECT_EQ(Localization::original(entry.chinese), entry.english);
-    EXPECT_EQ(Localization::original(entry.french), entry.english);
+    for (const std::string_view text : entry.texts)
+      EXPECT_EQ(Localization::original(text), entry.english());
   }
 }
 
@@ -59,15 +58,14 @@ TEST_F(LocalizationTest, HasEachKeyOnce) {
   std::set<std::string_view> keys;
   for (const auto table : {Localization::entries(), Localization::additions()}) {
     for (const Localization::Entry& entry : table)
-      EXPECT_TRUE(keys.insert(entry.english).second) << entry.english;
+      EXPECT_TRUE(keys.insert(entry.english()).second) << entry.english();
   }
 }
 
 TEST_F(LocalizationTest, LooksInTheAdditionsToo) {
   for (const Localization::Entry& entry : Localization::additions()) {
-    EXPECT_FALSE(entry.english.empty() || entry.chinese.empty() || entry.french.empty()) << entry.english;
-    EXPECT_EQ(Localization::text(entry.english, chinese), entry.chinese);
-    EXPECT_EQ(Localization::text(Localization::original(entry.french), french), entry.french);
+    EXPECT_EQ(Localization::text(entry.english(), chinese), entry.in(chinese));
+    EXPECT_EQ(Localization::text(Localization::original(entry.in(french)), french), entry.in(french));
   }
 }
 

@@ -25,6 +25,25 @@ TEST(AppLanguage, IsReadFromItsRawValueOnly) {
   }
 }
 
+TEST(AppLanguage, IsTypedAsItIsStored) {
+  EXPECT_EQ(languageTagChoice(), "en|zh-Hans|fr");
+  for (const std::string& tag : languageTags())
+    EXPECT_EQ(rawValue(appLanguage(tag).value()), tag);
+}
+
+TEST(AppLanguage, IsToldWhole) {
+  for (const SpokenLanguage& each : spokenLanguages) {
+    EXPECT_EQ(spoken(each.language).tag, each.tag);
+    EXPECT_TRUE(each.tag.starts_with(each.prefix)) << each.tag;
+    EXPECT_STRNE(each.ownName, "") << each.tag;
+  }
+}
+
+TEST(AppLanguage, CalledSystemIsNoneOfThem) {
+  EXPECT_THROW(static_cast<void>(languageIndex(AppLanguage::system)), std::logic_error);
+  EXPECT_THROW(static_cast<void>(spoken(static_cast<AppLanguage>(languageCount + 1))), std::logic_error);
+}
+
 TEST(AppLanguage, ThatIsChosenIgnoresThePreferredOnes) {
   EXPECT_EQ(resolved(AppLanguage::chinese, {"fr-FR", "en"}), AppLanguage::chinese);
   EXPECT_EQ(resolved(AppLanguage::english, {}), AppLanguage::english);

@@ -14,14 +14,13 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace tessaly {
 namespace {
 
-constexpr AppLanguage languages[] = {AppLanguage::system, AppLanguage::english, AppLanguage::chinese,
-                                     AppLanguage::french};
-constexpr AppAppearance appearances[] = {AppAppearance::system, AppAppearance::light, AppAppearance::dark};
+constexpr std::array appearances{AppAppearance::system, AppAppearance::light, AppAppearance::dark};
 
 constexpr const char* profileFiles = "Camera profile files";
 constexpr std::size_t resetAnswer = 0;
@@ -51,13 +50,13 @@ const FilePanel exportPanel{
 };
 
 template <typename Case, std::size_t count>
-int indexOf(const Case (&cases)[count], Case wanted) {
+int indexOf(const std::array<Case, count>& cases, Case wanted) {
   return static_cast<int>(std::ranges::find(cases, wanted) - std::begin(cases));
 }
 
 template <typename Case, std::size_t count>
-Case caseAt(const Case (&cases)[count], int index) {
-  return cases[std::clamp(index, 0, static_cast<int>(count) - 1)];
+Case caseAt(const std::array<Case, count>& cases, int index) {
+  return cases[static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(count) - 1))];
 }
 
 }  // namespace
@@ -96,7 +95,7 @@ void SettingsWindowController::rebuild() {
 }
 
 void SettingsWindowController::showPreferences() {
-  language->setCurrentIndex(indexOf(languages, prefs_.language()));
+  language->setCurrentIndex(indexOf(languageChoices, prefs_.language()));
   appearance->setCurrentIndex(indexOf(appearances, prefs_.appearance()));
   workers->setCurrentIndex(static_cast<int>(prefs_.workers()));
   output->setCurrentIndex(prefs_.useCustomOutput() ? 1 : 0);
@@ -124,7 +123,7 @@ void SettingsWindowController::connectControls() {
 
 void SettingsWindowController::changed() {
   const AppLanguage before = prefs_.language();
-  prefs_.setLanguage(caseAt(languages, language->currentIndex()));
+  prefs_.setLanguage(caseAt(languageChoices, language->currentIndex()));
   if (prefs_.language() != before) Localization::setLanguageOverride(std::nullopt);
   prefs_.setAppearance(caseAt(appearances, appearance->currentIndex()));
   prefs_.setWorkers(workers->currentIndex());

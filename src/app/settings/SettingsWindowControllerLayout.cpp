@@ -75,7 +75,9 @@ QWidget* leftAligned(QWidget& widget) {
 }  // namespace
 
 void SettingsWindowController::makeControls() {
-  language = Controls::popUp("Language", {"Follow System", "English", "简体中文", "Français"});
+  language = Controls::popUp("Language", {"Follow System"});
+  for (const SpokenLanguage& each : spokenLanguages)
+    language->addItem(QString::fromUtf8(each.ownName));
   appearance = Controls::popUp("Appearance", {"Follow System", "Light", "Dark"});
   workers = Controls::concurrentFilesPopUp("Default concurrent files");
   output = Controls::popUp("Default output", {"Inside source folder", "Selected folder"});
