@@ -120,7 +120,8 @@ Cost costOf(const Photographs& photographs, const Work& work) {
 Cost batchCost(const Photographs& photographs, std::int64_t workers) {
   return costOf(photographs, [&] {
     const BatchSummary summary = BatchProcessor().processFolder(
-        photographs.input(), photographs.output(), photographs.profile(), workers, BatchOptions{}, nullptr, nullptr);
+        photographs.input(),
+        {.outputFolder = photographs.output(), .profile = photographs.profile(), .workers = workers});
     if (summary.succeeded != fileCount) throw std::runtime_error("A file failed");
   });
 }
@@ -173,8 +174,10 @@ void listNameAndReport(benchmark::State& state) {
     BatchProcessor processor(
         [](const Path&, const Path&, const CameraProfile&, RepairWorkspace&) { return DNGWriteResult{}; });
     const BatchSummary summary =
-        processor.processFolder(photographs.input(), photographs.output(), photographs.profile(), 2,
-                                {ExistingOutputPolicy::skip, false}, nullptr, nullptr);
+        processor.processFolder(photographs.input(), {.outputFolder = photographs.output(),
+                                                      .profile = photographs.profile(),
+                                                      .workers = 2,
+                                                      .options = {ExistingOutputPolicy::skip, false}});
     benchmark::DoNotOptimize(summary.succeeded);
   }
   state.counters["per_file"] = benchmark::Counter(static_cast<double>(state.iterations()) * fileCount,

@@ -3,7 +3,6 @@
 #include "batch/BatchRun.h"
 #include "platform/Text.h"
 
-#include <algorithm>
 #include <cassert>
 #include <system_error>
 #include <thread>
@@ -11,20 +10,12 @@
 
 namespace tessaly {
 
-namespace {
-
-constexpr std::int64_t mostWorkers = 4;
-
-std::size_t clampedWorkers(std::int64_t workers) {
-  return static_cast<std::size_t>(std::clamp<std::int64_t>(workers, 1, mostWorkers));
-}
-
-}  // namespace
-
 struct BatchProcessor::Implementation {
   explicit Implementation(RepairFunction repairFunction) : repair(std::move(repairFunction)) {}
 
-  [[nodiscard]] BatchSummary run(BatchOrder order) const { return runBatch(std::move(order), repair, cancelled); }
+  [[nodiscard]] BatchSummary run(const BatchSources& sources, BatchOrder order) const {
+    return runBatch(sources, std::move(order), repair, cancelled);
+  }
 
   const RepairFunction repair;
   CancelFlag cancelled;
@@ -53,44 +44,27 @@ void BatchProcessor::cancel() {
   implementation_->cancelled.set();
 }
 
-// What a batch is told is what window and command line hand over: one value each, no record of their own.
-// NOLINTBEGIN(readability-function-size)
+// NOLINTNEXTLINE(readability-function-size): the one that other programs call, each value by itself
 void BatchProcessor::process(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
                              CameraProfile profile, std::int64_t workers, BatchOptions options,
                              ProgressHandler progress, const CompletionHandler& completion) {
   assert(!implementation_->thread.joinable());
-  BatchOrder order{sourcesInFolder(inputDirectory),
-                   outputDirectory,
-                   std::move(profile),
-                   clampedWorkers(workers),
-                   options,
-                   std::move(progress),
-                   nullptr};
+  BatchOrder order{outputDirectory, std::move(profile), workers, options, std::move(progress), nullptr};
   try {
-    implementation_->thread =
-        std::thread([implementation = implementation_, order = std::move(order), completion]() mutable {
-          callContained(completion, implementation->run(std::move(order)));
-        });
+    implementation_->thread = std::thread(
+        [implementation = implementation_, sources = sourcesInFolder(inputDirectory), order = std::move(order),
+         completion]() mutable { callContained(completion, implementation->run(sources, std::move(order))); });
   } catch (const std::system_error& error) {
     callContained(completion, failureOfBatch(exceptionMessage(error)));
   }
 }
 
-BatchSummary BatchProcessor::processFolder(const std::filesystem::path& inputDirectory,
-                                           const std::filesystem::path& outputDirectory, const CameraProfile& profile,
-                                           std::int64_t workers, const BatchOptions& options,
-                                           const ProgressHandler& progress, const FileHandler& file) {
-  return implementation_->run(
-      {sourcesInFolder(inputDirectory), outputDirectory, profile, clampedWorkers(workers), options, progress, file});
+BatchSummary BatchProcessor::processFolder(const std::filesystem::path& inputDirectory, BatchOrder order) {
+  return implementation_->run(sourcesInFolder(inputDirectory), std::move(order));
 }
 
-BatchSummary BatchProcessor::processFiles(const std::vector<std::filesystem::path>& sources,
-                                          const std::filesystem::path& outputDirectory, const CameraProfile& profile,
-                                          std::int64_t workers, const BatchOptions& options,
-                                          const ProgressHandler& progress, const FileHandler& file) {
-  return implementation_->run(
-      {listedSources(sources), outputDirectory, profile, clampedWorkers(workers), options, progress, file});
+BatchSummary BatchProcessor::processFiles(std::vector<std::filesystem::path> sources, BatchOrder order) {
+  return implementation_->run(listedSources(std::move(sources)), std::move(order));
 }
-// NOLINTEND(readability-function-size)
 
 }  // namespace tessaly

@@ -5,7 +5,6 @@
 #pragma once
 
 #include "batch/BatchRecords.h"
-#include "profile/CameraProfile.h"
 #include "repair/RepairCopy.h"
 
 #include <cstdint>
@@ -18,9 +17,8 @@ namespace tessaly {
 
 class BatchProcessor {
  public:
-  using ProgressHandler = std::function<void(const BatchProgress&)>;
+  using ProgressHandler = BatchProgressHandler;
   using CompletionHandler = std::function<void(const BatchSummary&)>;
-  using FileHandler = std::function<void(const BatchFileOutcome&)>;
 
   /// What a worker does with one file: DNGWriter::repairCopy, or what a test puts in its place.
   using RepairFunction =
@@ -39,18 +37,12 @@ class BatchProcessor {
                CameraProfile profile, std::int64_t workers, BatchOptions options, ProgressHandler progress,
                const CompletionHandler& completion);
 
-  /// The same on the caller's thread, with the summary as the result. `file`, when given, is called like `progress`,
-  /// before it.
-  BatchSummary processFolder(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
-                             const CameraProfile& profile, std::int64_t workers, const BatchOptions& options,
-                             const ProgressHandler& progress, const FileHandler& file);
+  /// The same on the caller's thread, with the summary as the result.
+  BatchSummary processFolder(const std::filesystem::path& inputDirectory, BatchOrder order);
 
   /// The same for exactly these files, in this order, instead of a folder's listing. The folder of none of them may be
   /// the output folder. When not one of them exists that is a failure of the batch as a whole.
-  BatchSummary processFiles(const std::vector<std::filesystem::path>& sources,
-                            const std::filesystem::path& outputDirectory, const CameraProfile& profile,
-                            std::int64_t workers, const BatchOptions& options, const ProgressHandler& progress,
-                            const FileHandler& file);
+  BatchSummary processFiles(std::vector<std::filesystem::path> sources, BatchOrder order);
 
  private:
   struct Implementation;

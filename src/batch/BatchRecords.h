@@ -2,9 +2,11 @@
 #pragma once
 
 #include "preferences/AppPreferences.h"
+#include "profile/CameraProfile.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,18 +16,6 @@ namespace tessaly {
 struct BatchOptions {
   ExistingOutputPolicy existingOutputPolicy = ExistingOutputPolicy::skip;
   bool saveLog = true;
-};
-
-/// A snapshot taken when one file has finished.
-struct BatchProgress {
-  std::int64_t total = 0;
-  std::int64_t completed = 0;
-  std::int64_t succeeded = 0;
-  std::int64_t failed = 0;
-  std::int64_t skipped = 0;
-  std::string currentFilename;  ///< the file that has just finished, as text
-
-  bool operator==(const BatchProgress&) const = default;
 };
 
 /// The outcome of one file, for the log and for callers that report each file (the command line).
@@ -38,6 +28,34 @@ struct BatchFileOutcome {
   std::string details;    ///< as the log says it: always English, empty for a success
   std::string message;    ///< of a failure, in the interface's language
   std::string technical;  ///< of a failure, the innermost error's English description
+};
+
+/// A snapshot taken when one file has finished.
+struct BatchProgress {
+  std::int64_t total = 0;
+  std::int64_t completed = 0;
+  std::int64_t succeeded = 0;
+  std::int64_t failed = 0;
+  std::int64_t skipped = 0;
+  std::string currentFilename;  ///< the file that has just finished, as text
+
+  /// Counts one more finished file; its name is the caller's to set.
+  void count(const BatchFileOutcome& outcome);
+
+  bool operator==(const BatchProgress&) const = default;
+};
+
+using BatchProgressHandler = std::function<void(const BatchProgress&)>;
+using BatchFileHandler = std::function<void(const BatchFileOutcome&)>;
+
+/// What is done with the source files of one run.
+struct BatchOrder {
+  std::filesystem::path outputFolder{};
+  CameraProfile profile{};
+  std::int64_t workers = 1;  ///< clamped to 1…4
+  BatchOptions options{};
+  BatchProgressHandler progress{};
+  BatchFileHandler file{};  ///< called before `progress`
 };
 
 struct BatchFailure {

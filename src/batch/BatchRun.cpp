@@ -28,6 +28,12 @@ constexpr const char* noSources =
     "No DNG files were found at the top level of the selected folder. Select the folder that directly contains the "
     "source DNG files.";
 
+constexpr std::int64_t mostWorkers = 4;
+
+std::size_t clampedWorkers(std::int64_t workers) {
+  return static_cast<std::size_t>(std::clamp<std::int64_t>(workers, 1, mostWorkers));
+}
+
 /// The names of all entries, hidden ones too; none when the folder cannot be listed.
 std::vector<std::string> namesIn(const std::filesystem::path& folder) {
   std::vector<std::string> names;
@@ -82,7 +88,7 @@ class FileLoop {
 
 // Names are handed out here, on one thread and in order, so that they do not depend on which worker is faster.
 void FileLoop::run(const Paths& sources) {
-  const std::size_t workers = std::min(order_.workers, sources.size());
+  const std::size_t workers = std::min(clampedWorkers(order_.workers), sources.size());
   workspaces_ = std::vector<RepairWorkspace>(workers);
   OutputNameAllocator names(namesIn(order_.outputFolder));
   WorkQueue queue("Tessaly DNG Batch", workers);
@@ -118,9 +124,8 @@ BatchFileOutcome FileLoop::repaired(const std::filesystem::path& source, const s
   }
 }
 
-bool writesWhereItReads(const BatchOrder& order) {
-  const auto isOutput = [&](const auto& folder) { return isSameFolder(folder, order.outputFolder); };
-  return std::any_of(order.sources.folders.begin(), order.sources.folders.end(), isOutput);
+bool writesWhereItReads(const BatchSources& sources, const std::filesystem::path& outputFolder) {
+  return std::ranges::any_of(sources.folders, [&](const auto& folder) { return isSameFolder(folder, outputFolder); });
 }
 
 void writeLog(const BatchOrder& order, const BatchState& state, BatchSummary& summary) {
@@ -131,15 +136,15 @@ void writeLog(const BatchOrder& order, const BatchState& state, BatchSummary& su
   }
 }
 
-BatchSummary runOrThrow(const BatchOrder& order, const BatchProcessor::RepairFunction& repair,
-                        const CancelFlag& cancelled) {
-  if (writesWhereItReads(order)) return failureOfBatch(sameFolders);
-  const Paths sources = order.sources.list();
-  if (sources.empty()) return failureOfBatch(noSources);
+BatchSummary runOrThrow(const BatchSources& sources, const BatchOrder& order,
+                        const BatchProcessor::RepairFunction& repair, const CancelFlag& cancelled) {
+  if (writesWhereItReads(sources, order.outputFolder)) return failureOfBatch(sameFolders);
+  const Paths files = sources.list();
+  if (files.empty()) return failureOfBatch(noSources);
   std::filesystem::create_directories(order.outputFolder);
 
-  BatchState state(sources.size());
-  FileLoop(order, repair, cancelled, state).run(sources);
+  BatchState state(files.size());
+  FileLoop(order, repair, cancelled, state).run(files);
   BatchSummary summary;
   state.report(summary);
   if (order.options.saveLog) writeLog(order, state, summary);
@@ -183,10 +188,11 @@ BatchSummary failureOfBatch(std::string message) {
   return summary;
 }
 
-BatchSummary runBatch(BatchOrder order, const BatchProcessor::RepairFunction& repair, const CancelFlag& cancelled) {
+BatchSummary runBatch(const BatchSources& sources, BatchOrder order, const BatchProcessor::RepairFunction& repair,
+                      const CancelFlag& cancelled) {
   try {
     order.outputFolder = standardized(order.outputFolder);
-    return runOrThrow(order, repair, cancelled);
+    return runOrThrow(sources, order, repair, cancelled);
   } catch (const std::exception& error) {
     return failureOfBatch(exceptionMessage(error));
   }

@@ -3,7 +3,6 @@
 
 #include "batch/BatchProcessor.h"
 
-#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -40,17 +39,6 @@ struct BatchSources {
 /// Exactly these files. Listing them fails only when not one of them exists.
 [[nodiscard]] BatchSources listedSources(std::vector<std::filesystem::path> files);
 
-/// Everything that one run is asked to do.
-struct BatchOrder {
-  BatchSources sources;
-  std::filesystem::path outputFolder;
-  CameraProfile profile;
-  std::size_t workers = 1;
-  BatchOptions options;
-  BatchProcessor::ProgressHandler progress;
-  BatchProcessor::FileHandler file;
-};
-
 /// Calls a caller's handler, if there is one. What it throws must neither stop a run nor end the program.
 template <typename Handler, typename Argument>
 void callContained(const Handler& handler, const Argument& argument) {
@@ -64,7 +52,7 @@ void callContained(const Handler& handler, const Argument& argument) {
 [[nodiscard]] BatchSummary failureOfBatch(std::string message);
 
 /// Runs to the end; every failure ends in the summary.
-[[nodiscard]] BatchSummary runBatch(BatchOrder order, const BatchProcessor::RepairFunction& repair,
-                                    const CancelFlag& cancelled);
+[[nodiscard]] BatchSummary runBatch(const BatchSources& sources, BatchOrder order,
+                                    const BatchProcessor::RepairFunction& repair, const CancelFlag& cancelled);
 
 }  // namespace tessaly

@@ -7,17 +7,6 @@
 
 namespace tessaly {
 
-namespace {
-
-using Status = BatchFileOutcome::Status;
-
-std::int64_t& countOf(Status status, BatchProgress& counts) {
-  if (status == Status::success) return counts.succeeded;
-  return status == Status::skipped ? counts.skipped : counts.failed;
-}
-
-}  // namespace
-
 // The space is taken before the first file, so that recording a file that was repaired cannot fail for want of it.
 BatchState::BatchState(std::size_t total) {
   counts_.total = static_cast<std::int64_t>(total);
@@ -31,9 +20,8 @@ BatchProgress BatchState::record(const BatchFileOutcome& outcome) {
   std::string name = displayName(outcome.source);
   BatchFailure failure{name, outcome.message};
   const std::lock_guard guard(lock_);
-  ++counts_.completed;
-  ++countOf(outcome.status, counts_);
-  if (outcome.status == Status::failed) failures_.push_back(std::move(failure));
+  counts_.count(outcome);
+  if (outcome.status == BatchFileOutcome::Status::failed) failures_.push_back(std::move(failure));
   rows_.push_back(std::move(row));
   BatchProgress snapshot = counts_;
   snapshot.currentFilename = std::move(name);

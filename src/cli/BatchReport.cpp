@@ -17,7 +17,9 @@ BatchReport::BatchReport(std::int64_t total) {
 
 void BatchReport::finished(const BatchFileOutcome& outcome) {
   const std::lock_guard guard(lock_);
-  count(outcome);
+  progress_.count(outcome);
+  progress_.total = std::max(progress_.total, progress_.completed);
+  progress_.currentFilename = displayName(outcome.source);
   if (outcome.status == BatchFileOutcome::Status::failed) {
     display_.print({outcome.message, "Cause: " + outcome.technical});
   } else if (!display_.isTerminal()) {
@@ -32,15 +34,6 @@ void BatchReport::stopping() {
   const std::string text = L("Stopping after the current file…");
   if (!display_.isTerminal()) display_.print({text});
   display_.show(progress_.completed, progress_.total, text);
-}
-
-void BatchReport::count(const BatchFileOutcome& outcome) {
-  ++progress_.completed;
-  progress_.total = std::max(progress_.total, progress_.completed);
-  progress_.succeeded += outcome.status == BatchFileOutcome::Status::success;
-  progress_.failed += outcome.status == BatchFileOutcome::Status::failed;
-  progress_.skipped += outcome.status == BatchFileOutcome::Status::skipped;
-  progress_.currentFilename = displayName(outcome.source);
 }
 
 }  // namespace tessaly::cli

@@ -21,8 +21,6 @@ class BatchReport {
   void stopping();
 
  private:
-  void count(const BatchFileOutcome& outcome);
-
   std::mutex lock_;  ///< held while printing, so that the lines come in the order of their numbers
   BatchProgress progress_;
   bool isStopping_ = false;

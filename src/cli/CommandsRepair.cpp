@@ -19,6 +19,7 @@
 
 #include <optional>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace tessaly::cli {
@@ -81,17 +82,20 @@ void checkSummary(const RepairOptions& options, const Sources& sources, const Pr
 
 BatchSummary runBatch(const RepairOptions& options, const Sources& sources, const CameraProfile& profile,
                       const fs::path& output, Interruption& interruption) {
-  const std::int64_t workers = BatchStart::workers(options.workers.value_or(AppPreferences::shared().workers()));
   BatchReport report(static_cast<std::int64_t>(sources.files.size()));
-  const auto finished = [&report](const BatchFileOutcome& outcome) { report.finished(outcome); };
+  BatchOrder order;
+  order.outputFolder = output;
+  order.profile = profile;
+  order.workers = BatchStart::workers(options.workers.value_or(AppPreferences::shared().workers()));
+  order.options = batchOptions(options);
+  order.file = [&report](const BatchFileOutcome& outcome) { report.finished(outcome); };
   BatchProcessor processor;
   const Interruption::Handler handler(interruption, [&] {
     processor.cancel();
     report.stopping();
   });
-  if (sources.isFolder)
-    return processor.processFolder(sources.source, output, profile, workers, batchOptions(options), {}, finished);
-  return processor.processFiles(sources.files, output, profile, workers, batchOptions(options), {}, finished);
+  return sources.isFolder ? processor.processFolder(sources.source, std::move(order))
+                          : processor.processFiles(sources.files, std::move(order));
 }
 
 bool isTranslated(const std::string& english) {

@@ -94,14 +94,15 @@ class Gate {
 
 BatchSummary runIn(BatchProcessor& processor, const BatchFolders& folders, const BatchOptions& options = withoutLog,
                    std::int64_t workers = 2, const BatchProcessor::ProgressHandler& progress = nullptr,
-                   const BatchProcessor::FileHandler& file = nullptr) {
-  return processor.processFolder(folders.input, folders.output, {}, workers, options, progress, file);
+                   const BatchFileHandler& file = nullptr) {
+  return processor.processFolder(
+      folders.input,
+      {.outputFolder = folders.output, .workers = workers, .options = options, .progress = progress, .file = file});
 }
 
 BatchSummary run(BatchProcessor::RepairFunction repair, const BatchFolders& folders,
                  const BatchOptions& options = withoutLog, std::int64_t workers = 2,
-                 const BatchProcessor::ProgressHandler& progress = nullptr,
-                 const BatchProcessor::FileHandler& file = nullptr) {
+                 const BatchProcessor::ProgressHandler& progress = nullptr, const BatchFileHandler& file = nullptr) {
   BatchProcessor processor(std::move(repair));
   return runIn(processor, folders, options, workers, progress, file);
 }
@@ -127,7 +128,7 @@ TEST(BatchProcessor, RefusesAnOutputFolderThatIsTheInputFolder) {
   std::filesystem::create_directory_symlink(folders.input, folders.folder / "link");
   for (const Path& output : {folders.input, folders.input / "", folders.input / "../input", folders.folder / "link"}) {
     BatchProcessor processor(pretending());
-    EXPECT_EQ(processor.processFolder(folders.input, output, {}, 1, withLog, nullptr, nullptr),
+    EXPECT_EQ(processor.processFolder(folders.input, {.outputFolder = output, .options = withLog}),
               failureOfWhole("Input and output folders cannot be the same"))
         << output;
   }
@@ -136,7 +137,7 @@ TEST(BatchProcessor, RefusesAnOutputFolderThatIsTheInputFolder) {
 
 TEST(BatchProcessor, RefusesEqualFoldersBeforeItLooksAtThem) {
   BatchProcessor processor(pretending());
-  EXPECT_EQ(processor.processFolder("/no/such/b", "/no/such/b/../b", {}, 1, withLog, nullptr, nullptr),
+  EXPECT_EQ(processor.processFolder("/no/such/b", {.outputFolder = "/no/such/b/../b", .options = withLog}),
             failureOfWhole("Input and output folders cannot be the same"));
 }
 
@@ -310,7 +311,8 @@ TEST(BatchProcessor, GivesEveryRepairTheProfileOfTheRun) {
         right += given == profile ? 1 : 0;
         return pretendRepair(source, destination);
       });
-  processor.processFolder(folders.input, folders.output, profile, 2, withoutLog, nullptr, nullptr);
+  processor.processFolder(folders.input,
+                          {.outputFolder = folders.output, .profile = profile, .workers = 2, .options = withoutLog});
   EXPECT_EQ(right, 2);
 }
 
@@ -660,8 +662,10 @@ TEST(BatchProcessor, TakesListedFilesInTheirOrderWhateverTheirNames) {
   Names order;
   BatchProcessor processor(pretending());
   const BatchSummary summary = processor.processFiles(
-      {folders.input / "b.dng", folders.input / "a.tif", folders.input / ".hidden.dng"}, folders.output, {}, 1, withLog,
-      [&](const BatchProgress& progress) { order.push_back(progress.currentFilename); }, nullptr);
+      {folders.input / "b.dng", folders.input / "a.tif", folders.input / ".hidden.dng"},
+      {.outputFolder = folders.output, .options = withLog, .progress = [&](const BatchProgress& progress) {
+         order.push_back(progress.currentFilename);
+       }});
   EXPECT_EQ(summary.total, 3);
   EXPECT_EQ(summary.succeeded, 3);
   EXPECT_THAT(order, ElementsAre("b.dng", "a.tif", ".hidden.dng"));
@@ -671,7 +675,7 @@ TEST(BatchProcessor, TakesListedFilesInTheirOrderWhateverTheirNames) {
 TEST(BatchProcessor, RefusesAListedFileThatLiesInTheOutputFolder) {
   const BatchFolders folders({"a.dng"});
   BatchProcessor processor(pretending());
-  EXPECT_EQ(processor.processFiles({folders.input / "a.dng"}, folders.input, {}, 1, withLog, nullptr, nullptr),
+  EXPECT_EQ(processor.processFiles({folders.input / "a.dng"}, {.outputFolder = folders.input, .options = withLog}),
             failureOfWhole("Input and output folders cannot be the same"));
 }
 
@@ -679,9 +683,9 @@ TEST(BatchProcessor, MakesNoFolderForListedFilesOfWhichNoneExists) {
   const BatchFolders folders;
   const Path missing = folders.input / "missing/a.dng";
   BatchProcessor processor(pretending());
-  EXPECT_EQ(
-      processor.processFiles({missing}, folders.input / "missing/Tessaly Results", {}, 1, withLog, nullptr, nullptr),
-      failureOfWhole("No such file or directory"));
+  EXPECT_EQ(processor.processFiles({missing},
+                                   {.outputFolder = folders.input / "missing/Tessaly Results", .options = withLog}),
+            failureOfWhole("No such file or directory"));
   EXPECT_THAT(namesIn(folders.input), IsEmpty());
 }
 
@@ -692,7 +696,7 @@ TEST(BatchProcessor, FailsOnlyTheListedFileThatIsMissing) {
     return pretendRepair(source, destination);
   });
   const BatchSummary summary = processor.processFiles({folders.input / "b.dng", folders.input / "a.dng"},
-                                                      folders.output, {}, 1, withoutLog, nullptr, nullptr);
+                                                      {.outputFolder = folders.output, .options = withoutLog});
   EXPECT_EQ(summary.succeeded, 1);
   EXPECT_EQ(summary.failures.at(0).filename, "b.dng");
 }

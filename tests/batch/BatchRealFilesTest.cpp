@@ -37,7 +37,7 @@ TEST(BatchRealFiles, RepairsASeriesInTheOrderOfAFileBrowser) {
   const BatchFolders folders;
   const std::filesystem::path series = tests::realFilesFolder / "series";
   const BatchSummary summary = BatchProcessor().processFolder(
-      series, folders.output, withOnePixel(series / "IMG_1.dng"), 1, BatchOptions{}, nullptr, nullptr);
+      series, {.outputFolder = folders.output, .profile = withOnePixel(series / "IMG_1.dng")});
   EXPECT_EQ(summary.succeeded, 14);
   const tests::Names rows = tests::lines(tests::readText(*summary.logURL));
   for (int number = 1; number <= 14; ++number) {

@@ -47,8 +47,8 @@ CameraProfile profileOf(const std::filesystem::path& file) {
 constexpr std::array<std::uint16_t, 3> values{1000, 2000, 3000};
 
 BatchSummary run(const BatchFolders& folders, const CameraProfile& profile, std::int64_t workers = 1) {
-  return BatchProcessor().processFolder(folders.input, folders.output, profile, workers, BatchOptions{}, nullptr,
-                                        nullptr);
+  return BatchProcessor().processFolder(folders.input,
+                                        {.outputFolder = folders.output, .profile = profile, .workers = workers});
 }
 
 TEST(BatchRepair, RebuildsTheDefectsOfEveryFileAndLeavesOriginalsAlone) {
@@ -131,9 +131,9 @@ TEST(BatchRepair, ReusesAWorkersMemoryForFilesOfDifferentSizes) {
 TEST(BatchRepair, OpensAListedFileWhateverItsExtension) {
   const BatchFolders folders;
   photograph(1000).write(folders.input / "a.tif");
+  const std::filesystem::path file = folders.input / "a.tif";
   const BatchSummary summary =
-      BatchProcessor().processFiles({folders.input / "a.tif"}, folders.output, profileOf(folders.input / "a.tif"), 1,
-                                    BatchOptions{}, nullptr, nullptr);
+      BatchProcessor().processFiles({file}, {.outputFolder = folders.output, .profile = profileOf(file)});
   EXPECT_EQ(summary.succeeded, 1);
   EXPECT_TRUE(std::filesystem::exists(folders.output / "a.tif"));
 }

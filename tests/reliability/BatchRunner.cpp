@@ -19,8 +19,11 @@ int main(int count, char** arguments) {
   options.existingOutputPolicy = tessaly::existingOutputPolicy(arguments[5]).value_or(options.existingOutputPolicy);
 
   tessaly::BatchProcessor processor;
-  const tessaly::BatchSummary summary = processor.processFolder(
-      arguments[1], arguments[2], tessaly::readProfile(arguments[3]), workers, options, nullptr, nullptr);
+  const tessaly::BatchSummary summary =
+      processor.processFolder(arguments[1], {.outputFolder = arguments[2],
+                                             .profile = tessaly::readProfile(arguments[3]),
+                                             .workers = workers,
+                                             .options = options});
   std::cout << tessaly::batchSummaryJSON(summary).dump() << '\n';
   return summary.failed == 0 ? 0 : 1;
 }

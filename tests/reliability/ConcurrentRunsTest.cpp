@@ -28,7 +28,8 @@ class ConcurrentRuns : public testing::Test {
 
   [[nodiscard]] BatchSummary run(const RepairScene& scene, ExistingOutputPolicy policy) const {
     BatchProcessor processor;
-    return processor.processFolder(scene.input(), output, scene.profile(), 2, {policy, false}, nullptr, nullptr);
+    return processor.processFolder(
+        scene.input(), {.outputFolder = output, .profile = scene.profile(), .workers = 2, .options = {policy, false}});
   }
 
   [[nodiscard]] std::pair<BatchSummary, BatchSummary> runBoth(ExistingOutputPolicy policy) const {

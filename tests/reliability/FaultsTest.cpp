@@ -40,6 +40,10 @@ using Disturbance = std::function<void(const Path& source, const Path& destinati
 
 class Faults : public testing::Test {
  protected:
+  [[nodiscard]] BatchOrder orderInto(const Path& into) const {
+    return {.outputFolder = into, .profile = scene.profile(), .workers = 2, .options = withLog};
+  }
+
   [[nodiscard]] Outcome run(const Path& into, const Disturbance& disturb = nullptr) const {
     Outcome result;
     std::mutex lock;
@@ -48,11 +52,12 @@ class Faults : public testing::Test {
           if (disturb) disturb(source, destination);
           return DNGWriter::repairCopy(source, destination, profile, workspace);
         });
-    result.summary = processor.processFolder(scene.input(), into, scene.profile(), 2, withLog, nullptr,
-                                             [&](const BatchFileOutcome& outcome) {
-                                               const std::lock_guard guard(lock);
-                                               result.outcomes[outcome.source.filename()] = outcome;
-                                             });
+    BatchOrder order = orderInto(into);
+    order.file = [&](const BatchFileOutcome& outcome) {
+      const std::lock_guard guard(lock);
+      result.outcomes[outcome.source.filename()] = outcome;
+    };
+    result.summary = processor.processFolder(scene.input(), order);
     EXPECT_EQ(result.summary.total, static_cast<std::int64_t>(scene.count()));
     EXPECT_EQ(result.summary.succeeded + result.summary.failed + result.summary.skipped, result.summary.total);
     return result;
@@ -123,8 +128,8 @@ TEST_F(Faults, ADiskWithoutRoomForTheLogCostsTheLogOnly) {
         filler << std::string(2'000'000, 'x');
         return result;
       });
-  const BatchSummary summary =
-      processor.processFolder(scene.input(), folder / "disk/output", scene.profile(), 1, withLog, nullptr, nullptr);
+  const BatchSummary summary = processor.processFolder(
+      scene.input(), {.outputFolder = folder / "disk/output", .profile = scene.profile(), .options = withLog});
   EXPECT_EQ(summary.succeeded, 6);
   EXPECT_FALSE(summary.logURL);
   EXPECT_EQ(summary.logError, "No space left on device");
@@ -294,7 +299,7 @@ TEST_F(Faults, SourcesThatChangeWhileTheyAreReadGiveWholeCopiesOrNone) {
       std::vector<Path> files;
       for (const auto& [name, bytes] : scene.originals())
         files.push_back(scene.input() / name);
-      disturbed.summary = processor.processFiles(files, into, scene.profile(), 2, withLog, nullptr, nullptr);
+      disturbed.summary = processor.processFiles(files, orderInto(into));
     }
     if (disturbed.summary.total != 0) expectExactlyTheCopiesThatSucceeded(disturbed, into);
     succeeded += disturbed.summary.succeeded;

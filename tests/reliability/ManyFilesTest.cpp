@@ -69,13 +69,12 @@ TEST_F(ManyFiles, AreAllRepairedByFourWorkersInFlatMemory) {
   std::atomic<std::int64_t> early = 0;
   std::atomic<std::int64_t> late = 0;
   BatchProcessor processor;
-  const BatchSummary summary = processor.processFolder(
-      input, output, scene.profile(), 4, BatchOptions{},
-      [&](const BatchProgress& progress) {
-        if (progress.completed == fileCount / 10) early = residentMemory();
-        if (progress.completed == fileCount) late = residentMemory();
-      },
-      nullptr);
+  BatchOrder order{.outputFolder = output, .profile = scene.profile(), .workers = 4};
+  order.progress = [&](const BatchProgress& progress) {
+    if (progress.completed == fileCount / 10) early = residentMemory();
+    if (progress.completed == fileCount) late = residentMemory();
+  };
+  const BatchSummary summary = processor.processFolder(input, order);
   EXPECT_EQ(summary.succeeded, fileCount);
   EXPECT_EQ(summary.failed + summary.skipped, 0);
   expectWholeLog(*summary.logURL, fileCount);
