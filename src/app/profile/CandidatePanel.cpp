@@ -16,9 +16,7 @@ using CandidateTexts::Kind;
 
 constexpr Kind kinds[] = {Kind::pixel, Kind::column, Kind::partialColumn, Kind::fixedSpot};
 constexpr const char* headerKey = "tableColumns";
-
-// For a window that was never changed; the last column takes what is left.
-constexpr int columnWidths[] = {64, 100, 128, 84};
+constexpr int lastColumn = static_cast<int>(candidateColumns.size()) - 1;
 
 }  // namespace
 
@@ -97,16 +95,17 @@ void CandidatePanel::refreshLanguage() {
 
 void CandidatePanel::saveState() const {
   QVariantList widths;
-  for (int column = 0; column < CandidateTableModel::reason; ++column)
+  for (int column = 0; column < lastColumn; ++column)
     widths << table->columnWidth(column);
   WindowState::setValue(headerKey, widths);
 }
 
 void CandidatePanel::restoreColumns() {
   const QVariantList stored = WindowState::value(headerKey).toList();
-  for (int column = 0; column < CandidateTableModel::reason; ++column) {
+  for (int column = 0; column < lastColumn; ++column) {
     const int width = stored.value(column).toInt();
-    table->setColumnWidth(column, width > 0 ? width : Metrics::scaled(columnWidths[column]));
+    table->setColumnWidth(
+        column, width > 0 ? width : Metrics::scaled(candidateColumns[static_cast<std::size_t>(column)].width));
   }
 }
 

@@ -2,14 +2,27 @@
 
 #include "app/widgets/QtText.h"
 
-#include <array>
 #include <utility>
 
 namespace tessaly {
 namespace {
 
-constexpr std::array<const char*, CandidateTableModel::columnCountOfAll> titles{"Include", "Kind", "Position",
-                                                                                "Confidence", "Reason"};
+using Column = CandidateTableModel::Column;
+
+constexpr int columnCountOfAll = static_cast<int>(candidateColumns.size());
+static_assert(columnCountOfAll == CandidateTableModel::reason + 1, "A column is told in one place only");
+
+Column columnOf(const QModelIndex& index) {
+  return static_cast<Column>(index.column());
+}
+
+const CandidateColumn& candidateColumn(int column) {
+  return candidateColumns.at(static_cast<std::size_t>(column));
+}
+
+QVariant alignment(int column) {
+  return QVariant::fromValue((candidateColumn(column).isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
 
 }  // namespace
 
@@ -35,7 +48,9 @@ int CandidateTableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant CandidateTableModel::text(const QModelIndex& index) const {
   const CalibrationCandidate& candidate = store_.at(index.row());
-  switch (index.column()) {
+  switch (columnOf(index)) {
+    case include:
+      break;
     case kind:
       return toQt(CandidateTexts::kind(candidate, store_.metadata()));
     case position:
@@ -44,9 +59,8 @@ QVariant CandidateTableModel::text(const QModelIndex& index) const {
       return toQt(CandidateTexts::confidence(candidate));
     case reason:
       return reasonText(index.row());
-    default:
-      return {};
   }
+  return {};
 }
 
 QVariant CandidateTableModel::data(const QModelIndex& index, int role) const {
@@ -58,7 +72,7 @@ QVariant CandidateTableModel::data(const QModelIndex& index, int role) const {
     case Qt::CheckStateRole:
       return isInclude ? QVariant(store_.isIncluded(index.row()) ? Qt::Checked : Qt::Unchecked) : QVariant();
     case Qt::TextAlignmentRole:
-      return QVariant::fromValue((index.column() == confidence ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+      return alignment(index.column());
     case Qt::ToolTipRole:
       return index.column() == reason ? plainToolTip(reasonText(index.row())) : QVariant();
     case Qt::AccessibleTextRole:
@@ -83,11 +97,11 @@ QVariant CandidateTableModel::headerData(int section, Qt::Orientation orientatio
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCountOfAll) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return localized(titles[static_cast<std::size_t>(section)]);
+      return localized(candidateColumn(section).title);
     case Qt::InitialSortOrderRole:
-      return section == confidence ? Qt::DescendingOrder : Qt::AscendingOrder;
+      return candidateColumn(section).isNumber ? Qt::DescendingOrder : Qt::AscendingOrder;
     case Qt::TextAlignmentRole:
-      return QVariant::fromValue((section == confidence ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+      return alignment(section);
     default:
       return {};
   }
@@ -126,7 +140,7 @@ bool CandidateOrder::lessThan(const QModelIndex& left, const QModelIndex& right)
   const CandidateStore& store = model_.store();
   const CalibrationCandidate& first = store.at(left.row());
   const CalibrationCandidate& second = store.at(right.row());
-  switch (left.column()) {
+  switch (columnOf(left)) {
     case CandidateTableModel::include:
       return store.isIncluded(left.row()) > store.isIncluded(right.row());
     case CandidateTableModel::kind:
@@ -135,9 +149,10 @@ bool CandidateOrder::lessThan(const QModelIndex& left, const QModelIndex& right)
       return std::pair(first.x, first.yStart) < std::pair(second.x, second.yStart);
     case CandidateTableModel::confidence:
       return first.confidence < second.confidence;
-    default:
+    case CandidateTableModel::reason:
       return model_.reasonText(left.row()).localeAwareCompare(model_.reasonText(right.row())) < 0;
   }
+  return false;
 }
 
 }  // namespace tessaly

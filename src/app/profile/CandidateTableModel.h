@@ -8,15 +8,29 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QSortFilterProxyModel>
+#include <array>
 #include <optional>
 
 namespace tessaly {
+
+/// What a column of the table is.
+struct CandidateColumn {
+  const char* title;
+  int width;  ///< in a window that was never changed; the last column takes what is left
+  bool isNumber = false;
+};
+
+/// The one list of columns, in the order of CandidateTableModel::Column.
+inline constexpr std::array candidateColumns{
+    CandidateColumn{"Include", 64},          CandidateColumn{"Kind", 100}, CandidateColumn{"Position", 128},
+    CandidateColumn{"Confidence", 84, true}, CandidateColumn{"Reason", 0},
+};
 
 class CandidateTableModel : public QAbstractTableModel, public FollowsLanguage {
   Q_OBJECT
 
  public:
-  enum Column { include, kind, position, confidence, reason, columnCountOfAll };
+  enum Column { include, kind, position, confidence, reason };
 
   explicit CandidateTableModel(CandidateStore& store, QObject* parent = nullptr);
 
