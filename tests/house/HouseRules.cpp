@@ -54,6 +54,46 @@ std::string upwardInclude(const TextFile& file, const std::string& line) {
   return isBelow ? "" : "includes " + includedBy(line);
 }
 
+/// Who may include what lies inside another folder.
+struct OpenRoom {
+  std::string guest;  ///< a folder of src/; empty: every one
+  std::string inside;
+};
+
+const std::vector<OpenRoom>& openRooms() {
+  static const std::vector<OpenRoom> rooms{
+      // The decisions of the profile tab without its widgets, which exist to be shared by window and command line.
+      {"", "calibration/review/"},
+      // The JSON form of the metadata is part of the engine's public face, but its rules are those of the metadata.
+      {"cli", "dng/metadata/DNGMetadataJSON.h"},
+      // Repairing a file opens it once: the planes, the source and the copy share one reader, step by step.
+      {"repair", "dng/copy/CopyWriter.h"},
+      {"repair", "dng/copy/SourceImage.h"},
+      {"repair", "dng/samples/RawPlaneSource.h"}};
+  return rooms;
+}
+
+std::string intrusion(const TextFile& file, const std::string& line) {
+  if (!line.starts_with("#include \"")) return {};
+  const std::string included = includedBy(line);
+  const std::string guest = folderOf(file.path);
+  const bool isAtHome = folderOf(included) == guest;
+  const bool isFace = std::count(included.begin(), included.end(), '/') < 2;
+  if (isAtHome || isFace) return {};
+  const bool isInvited = std::any_of(openRooms().begin(), openRooms().end(), [&](const OpenRoom& room) {
+    return (room.guest.empty() || room.guest == guest) && included.starts_with(room.inside);
+  });
+  return isInvited ? "" : "includes " + included + ", which is not in that folder's face";
+}
+
+// "Reader.h" is the header of Reader.cpp and of ReaderLimits.cpp, not of Readership.cpp.
+bool implements(const fs::path& source, const fs::path& header) {
+  const std::string part = source.stem().string();
+  const std::string whole = header.stem().string();
+  if (source.parent_path() != header.parent_path() || !part.starts_with(whole)) return false;
+  return part.size() == whole.size() || (part[whole.size()] >= 'A' && part[whole.size()] <= 'Z');
+}
+
 std::string toolkitInclude(const TextFile& file, const std::string& line) {
   const std::string included = includedBy(line);
   const bool isToolkit = included.size() > 1 && included[0] == 'Q' && included[1] >= 'A' && included[1] <= 'z';
@@ -79,19 +119,13 @@ std::vector<std::string> listedPackages(const fs::path& root) {
 
 // What find_package and pkg_check_modules are asked for, and the package that brings it.
 const std::map<std::string, std::string>& packageOfLibrary() {
-  static const std::map<std::string, std::string> packages{{"Threads", "g++"},
-                                                           {"fmt", "libfmt-dev"},
-                                                           {"ICU", "libicu-dev"},
-                                                           {"nlohmann_json", "nlohmann-json3-dev"},
-                                                           {"CLI11", "libcli11-dev"},
-                                                           {"date", "libhowardhinnant-date-dev"},
-                                                           {"PkgConfig", "pkg-config"},
-                                                           {"uuid", "uuid-dev"},
-                                                           {"Qt6", "qt6-base-dev"},
-                                                           {"Svg", "qt6-svg-dev"},
-                                                           {"GTest", "libgtest-dev"},
-                                                           {"libraw_r", "libraw-dev"},
-                                                           {"benchmark", "libbenchmark-dev"}};
+  static const std::map<std::string, std::string> packages{
+      {"Threads", "g++"},         {"fmt", "libfmt-dev"},
+      {"ICU", "libicu-dev"},      {"nlohmann_json", "nlohmann-json3-dev"},
+      {"CLI11", "libcli11-dev"},  {"PkgConfig", "pkg-config"},
+      {"uuid", "uuid-dev"},       {"Qt6", "qt6-base-dev"},
+      {"Svg", "qt6-svg-dev"},     {"GTest", "libgtest-dev"},
+      {"libraw_r", "libraw-dev"}, {"benchmark", "libbenchmark-dev"}};
   return packages;
 }
 
@@ -126,7 +160,7 @@ std::set<std::string> builtSources(const std::vector<TextFile>& files) {
 // Longer ones, with the reason.
 std::size_t longestAllowed(const std::string& path) {
   static const std::map<std::string, std::size_t> exceptions{
-      {"src/localization/LocalizationEntries.cpp", 800},                 // a table: one text a row, in three languages
+      {"src/localization/LocalizationEntries.cpp", 800},     // a table: one text a row, in three languages
       {"tests/calibration/ReferenceCalibration.cpp", 800}};  // the rules in one piece, to be read from top to bottom
   if (exceptions.contains(path)) return exceptions.at(path);
   return path.starts_with("tests/") ? 750 : 400;
@@ -136,6 +170,24 @@ std::size_t longestAllowed(const std::string& path) {
 
 Complaints upwardIncludes(const fs::path& root) {
   return complaintsOf(cppFiles(root, "src/"), upwardInclude);
+}
+
+Complaints intrusions(const fs::path& root) {
+  return complaintsOf(cppFiles(root, "src/"), intrusion);
+}
+
+Complaints sourcesWithoutHeader(const fs::path& root) {
+  std::vector<fs::path> headers;
+  std::vector<fs::path> sources;
+  for (const TextFile& file : cppFiles(root, "src/"))
+    (file.path.ends_with(".h") ? headers : sources).emplace_back(file.path);
+  Complaints complaints;
+  for (const fs::path& source : sources) {
+    const auto isOwn = [&](const fs::path& header) { return implements(source, header); };
+    if (source.filename() != "main.cpp" && std::none_of(headers.begin(), headers.end(), isOwn))
+      complaints.push_back(source.generic_string() + " has no header and is not named after one beside it");
+  }
+  return complaints;
 }
 
 Complaints toolkitIncludes(const fs::path& root) {

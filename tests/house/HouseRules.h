@@ -15,6 +15,13 @@ using Complaints = std::vector<std::string>;
 /// A folder of src/ includes only folders of lower floors, and nothing outside src/.
 [[nodiscard]] Complaints upwardIncludes(const std::filesystem::path& root);
 
+/// Other folders include only the face of a folder of src/: the headers that lie directly in it. What is open to guests
+/// beyond that is listed with the rule.
+[[nodiscard]] Complaints intrusions(const std::filesystem::path& root);
+
+/// A source of src/ (other than main.cpp) has a header of its own, or its name begins with that of one beside it.
+[[nodiscard]] Complaints sourcesWithoutHeader(const std::filesystem::path& root);
+
 /// Qt is included by the window, and by the sources (not the headers) of the preferences.
 [[nodiscard]] Complaints toolkitIncludes(const std::filesystem::path& root);
 

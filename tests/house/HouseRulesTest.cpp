@@ -19,6 +19,14 @@ TEST(House, IncludesOnlyDownwards) {
   EXPECT_THAT(upwardIncludes(project), IsEmpty());
 }
 
+TEST(House, EntersNoOtherFoldersRooms) {
+  EXPECT_THAT(intrusions(project), IsEmpty());
+}
+
+TEST(House, NamesEverySourceAfterAHeader) {
+  EXPECT_THAT(sourcesWithoutHeader(project), IsEmpty());
+}
+
 TEST(House, KeepsQtInTheWindowAndThePreferences) {
   EXPECT_THAT(toolkitIncludes(project), IsEmpty());
 }
@@ -64,6 +72,33 @@ TEST_F(PlantedFault, OfTheFloorsIsSeen) {
   EXPECT_THAT(upwardIncludes(root), ElementsAre("src/dng/Reader.cpp:2: includes repair/RepairEngine.h",
                                                 "src/profile/Level.h:1: includes preferences/Languages.h",
                                                 "src/store/Outside.h:1: includes tools/DNGBuilder.h"));
+}
+
+TEST_F(PlantedFault, OfARoomThatIsEnteredIsSeen) {
+  plant("src/dng/tiff/Walk.cpp", "#include \"dng/tiff/Bytes.h\"\n#include \"platform/Text.h\"\n");
+  plant("src/store/Store.cpp", "#include \"dng/DNGReader.h\"\n#include <nlohmann/json.hpp>\n");
+  plant("src/cli/Calibrate.cpp", "#include \"calibration/review/Preselection.h\"\n");
+  plant("src/repair/Copy.cpp", "#include \"dng/copy/SourceImage.h\"\n");
+  EXPECT_THAT(intrusions(root), IsEmpty());
+  plant("src/cli/Samples.cpp", "\n#include \"dng/samples/RawPlaneSource.h\"\n");
+  plant("src/repair/Map.h", "#include \"dng/tiff/Bytes.h\"\n");
+  EXPECT_THAT(
+      intrusions(root),
+      ElementsAre("src/cli/Samples.cpp:2: includes dng/samples/RawPlaneSource.h, which is not in that folder's face",
+                  "src/repair/Map.h:1: includes dng/tiff/Bytes.h, which is not in that folder's face"));
+}
+
+TEST_F(PlantedFault, OfASourceWithoutAHeaderIsSeen) {
+  plant("src/dng/Reader.h", "// A reader.\n");
+  plant("src/dng/Reader.cpp", "\n");
+  plant("src/dng/ReaderLimits.cpp", "\n");
+  plant("src/cli/main.cpp", "\n");
+  EXPECT_THAT(sourcesWithoutHeader(root), IsEmpty());
+  plant("src/dng/Readership.cpp", "\n");
+  plant("src/dng/tiff/Reader.cpp", "\n");
+  EXPECT_THAT(sourcesWithoutHeader(root),
+              ElementsAre("src/dng/Readership.cpp has no header and is not named after one beside it",
+                          "src/dng/tiff/Reader.cpp has no header and is not named after one beside it"));
 }
 
 TEST_F(PlantedFault, OfTheToolkitIsSeen) {

@@ -65,10 +65,6 @@ QIcon tintedIcon(const char* name) {
   return QIcon(new DrawingEngine(resource(name), QPalette::ButtonText));
 }
 
-QIcon secondaryIcon(const char* name) {
-  return QIcon(new DrawingEngine(resource(name), QPalette::PlaceholderText));
-}
-
 QIcon previewIcon(const char* name) {
   return QIcon(new DrawingEngine(resource(name), QPalette::BrightText));
 }

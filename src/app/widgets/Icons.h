@@ -9,9 +9,6 @@ namespace tessaly {
 /// icons/ without its extension.
 [[nodiscard]] QIcon tintedIcon(const char* name);
 
-/// The same in the colour of secondary texts.
-[[nodiscard]] QIcon secondaryIcon(const char* name);
-
 /// The same in the colour of texts on the grey behind the preview.
 [[nodiscard]] QIcon previewIcon(const char* name);
 
