@@ -1,6 +1,7 @@
 // calibrate FOLDER_OR_FILES…: from calibration frames to candidates, a preview and a profile.
 #include "calibration/CalibrationEngine.h"
 #include "calibration/review/CandidateSelection.h"
+#include "calibration/review/Inspection.h"
 #include "cli/CalibrationFrames.h"
 #include "cli/CalibrationResultJSON.h"
 #include "cli/Commands.h"
@@ -9,7 +10,6 @@
 #include "cli/Interruption.h"
 #include "cli/OutputFiles.h"
 #include "cli/ProgressDisplay.h"
-#include "dng/DNGReader.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
 #include "presentation/CalibrationTexts.h"
@@ -86,16 +86,9 @@ std::set<UUID> includedCandidates(const CalibrateOptions& options, const Calibra
   return included;
 }
 
-/// The inspection preview of a photograph of the same camera.
-RawPreviewImage inspectionPreview(const fs::path& photograph, const CalibrationResult& result) {
-  const DNGMetadata metadata = DNGReader::readMetadata(photograph);
-  if (!metadata.isGeometryCompatible(result.metadata))
-    throw InvalidInput("The problem DNG does not match the calibration camera or sensor dimensions");
-  return CalibrationEngine::makeInspectionPreview(photograph).second;
-}
-
 void writePreview(const CalibrateOptions& options, const CalibrationResult& result) {
-  const RawPreviewImage image = options.inspect.empty() ? result.preview : inspectionPreview(options.inspect, result);
+  const RawPreviewImage image =
+      options.inspect.empty() ? result.preview : inspectionOf(options.inspect, result.metadata);
   if (options.preview.empty()) return;
   std::string file = fmt::format("P5\n{} {}\n255\n", image.width, image.height);
   file.append(image.pixels.begin(), image.pixels.end());

@@ -10,7 +10,7 @@
 #include "batch/SourceFiles.h"
 #include "calibration/CalibrationEngine.h"
 #include "calibration/review/CandidateSelection.h"
-#include "dng/DNGReader.h"
+#include "calibration/review/Inspection.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
 #include "presentation/CalibrationStart.h"
@@ -26,7 +26,6 @@ namespace {
 
 constexpr const char* readyText = "Ready to analyze. Source files are read-only and will not be modified.";
 constexpr const char* noFolderText = "Choose a calibration folder, then click Find Sensor Defects.";
-constexpr const char* mismatchText = "The problem DNG does not match the calibration camera or sensor dimensions";
 
 const FilePanel folderPanel{
     .title = "Choose a Folder Containing Calibration DNG Files",
@@ -55,11 +54,6 @@ CalibrationResult analyzeFolder(const std::filesystem::path& folder, const Calib
   std::vector<std::filesystem::path> files = sourceFiles(folder);
   if (const auto reason = CalibrationStart::tooFewFiles(files)) throw InvalidInput(Localization::original(*reason));
   return CalibrationEngine::analyze(std::move(files), progress);
-}
-
-RawPreviewImage inspectionPreview(const std::filesystem::path& file, const DNGMetadata& calibrated) {
-  if (!DNGReader::readMetadata(file).isGeometryCompatible(calibrated)) throw InvalidInput(mismatchText);
-  return CalibrationEngine::makeInspectionPreview(file).second;
 }
 
 }  // namespace
@@ -197,7 +191,7 @@ void CalibrationViewController::inspect(const std::filesystem::path& file) {
     startWork(
         file,
         [file, calibrated = result_->metadata](const std::stop_token&, const BackgroundTask::Deliver&) {
-          return inspectionPreview(file, calibrated);
+          return inspectionOf(file, calibrated);
         },
         [this, file](const RawPreviewImage& preview) { inspected(file, preview); });
   });
