@@ -9,6 +9,7 @@ using testing::IsEmpty;
 using tests::CopyWitness;
 using tests::noise;
 using tests::Samples;
+using tests::tagsOf;
 using tools::DNGBuilder;
 
 TEST_F(CopyWitness, FindsTheSameTagsInACopyInTheSourceForm) {

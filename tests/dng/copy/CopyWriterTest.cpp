@@ -1,6 +1,6 @@
 // Every step of a copy made to fail: nothing stands at the destination, no temporary file is left, the source is what
 // it was.
-#include "WriterFixture.h"
+#include "dng/WriterFixture.h"
 #include "dng/copy/CopyWriter.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // A source of one strip with a LinearizationTable becomes a copy with plain 16-bit samples.
 #include "PlainTIFF.h"
-#include "WriterFixture.h"
+#include "dng/WriterFixture.h"
 #include "dng/copy/CopyPlanner.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // The builder is the oracle: it packs bit by bit and shares no code with the writer. A copy of a file that was built
 // with some samples must be, byte for byte, the file that is built with the others.
-#include "WriterFixture.h"
+#include "dng/WriterFixture.h"
 #include "dng/copy/SourceFormWriter.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "PlainTIFF.h"
-#include "WriterFixture.h"
+#include "dng/WriterFixture.h"
 #include "dng/copy/SyntheticExposure.h"
 
 #include <algorithm>
