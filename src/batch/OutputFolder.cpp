@@ -1,5 +1,7 @@
 #include "batch/OutputFolder.h"
 
+#include "platform/Paths.h"
+
 #include <system_error>
 
 namespace tessaly {
@@ -13,9 +15,7 @@ std::filesystem::path absolutePath(const std::filesystem::path& folder) {
 }
 
 std::filesystem::path lexicallyStandardized(const std::filesystem::path& folder) {
-  const std::filesystem::path normal = absolutePath(folder).lexically_normal();
-  const bool endsWithSlash = !normal.has_filename() && normal.has_relative_path();
-  return endsWithSlash ? normal.parent_path() : normal;
+  return standardizedSpelling(absolutePath(folder));
 }
 
 bool isSameOnDisk(const std::filesystem::path& left, const std::filesystem::path& right) {

@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 
 #include <array>
-#include <cmath>
 #include <stdexcept>
 #include <string_view>
 
@@ -29,8 +28,9 @@ void decode(const char* key, const ordered_json& json, std::int64_t& value) {
 }
 
 void decode(const char* key, const ordered_json& json, double& value) {
-  if (!json.is_number() || !std::isfinite(json.get<double>())) fail(key, "is not a finite number");
-  value = json.get<double>();
+  const auto number = finiteNumber(json);
+  if (!number) fail(key, "is not a finite number");
+  value = *number;
 }
 
 void decode(const char* key, const ordered_json& json, std::string& value) {

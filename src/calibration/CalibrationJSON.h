@@ -2,7 +2,8 @@
 // optional field has no key.
 //
 // Read: keys in any order, unknown ones ignored, null for an optional key means absent; a whole number may be written
-// as 4.0, but neither as 4.5 nor as "4". Stateless; safe from several threads.
+// as 4.0, but neither as 4.5 nor as "4". Decoding is for programs that the engine is linked into and keep candidates;
+// this program writes them only. Stateless; safe from several threads.
 #pragma once
 
 #include "calibration/CalibrationRecords.h"

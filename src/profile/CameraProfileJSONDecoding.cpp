@@ -1,33 +1,17 @@
-// JSON to records; the way there is in ProfileEncoding.cpp.
+// JSON to records; the way there is in CameraProfileJSONEncoding.cpp.
 
+#include "dng/SensorFields.h"
+#include "platform/JSONNumbers.h"
 #include "profile/CameraProfileJSON.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-
-#include <cmath>
-#include <limits>
 
 namespace tessaly {
 
 namespace {
 
 using nlohmann::json;
-
-std::optional<std::int64_t> wholeNumber(const json& value) {
-  if (value.is_number_unsigned()) {
-    const auto number = value.get<std::uint64_t>();
-    if (number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) return std::nullopt;
-    return static_cast<std::int64_t>(number);
-  }
-  if (value.is_number_integer()) return value.get<std::int64_t>();
-  if (!value.is_number_float()) return std::nullopt;
-  const auto number = value.get<double>();
-  // -2^63 itself may stand for a smaller number that was rounded when it was read.
-  const bool fits = number > -0x1p63 && number < 0x1p63;
-  if (!fits || number != std::trunc(number)) return std::nullopt;
-  return static_cast<std::int64_t>(number);
-}
 
 /// One JSON object of the profile; hands out its values as what they must be and names the place of what is not.
 class ObjectReader {
@@ -47,9 +31,9 @@ class ObjectReader {
   }
 
   [[nodiscard]] double number(const char* key) const {
-    const json& value = required(key);
-    if (!value.is_number() || !std::isfinite(value.get<double>())) fail(key, "is not a finite number");
-    return value.get<double>();
+    const std::optional<double> number = finiteNumber(required(key));
+    if (!number) fail(key, "is not a finite number");
+    return *number;
   }
 
   [[nodiscard]] std::string text(const char* key) const {
@@ -90,22 +74,24 @@ class ObjectReader {
   std::int64_t index_;
 };
 
-RawRectangle rectangle(const ObjectReader& object) {
-  return {object.integer("x"), object.integer("y"), object.integer("width"), object.integer("height")};
+void read(const ObjectReader& object, const char* key, std::int64_t& value) {
+  value = object.integer(key);
 }
 
-std::vector<std::uint8_t> colours(const ObjectReader& object) {
-  std::vector<std::uint8_t> pattern;
-  for (const json& value : object.array("pattern")) {
-    const std::optional<std::int64_t> colour = wholeNumber(value);
-    if (!colour || *colour < 0 || *colour > 255) object.fail("pattern", "holds something else than 0 to 255");
-    pattern.push_back(static_cast<std::uint8_t>(*colour));
+void read(const ObjectReader& object, const char* key, std::vector<std::uint8_t>& values) {
+  for (const json& element : object.array(key)) {
+    const std::optional<std::uint8_t> value = wholeNumber<std::uint8_t>(element);
+    if (!value) object.fail(key, "holds something else than 0 to 255");
+    values.push_back(*value);
   }
-  return pattern;
 }
 
-CFALayout layout(const ObjectReader& object) {
-  return {object.integer("width"), object.integer("height"), colours(object)};
+/// A RawRectangle or CFALayout.
+template <typename Record>
+Record geometry(const ObjectReader& object) {
+  Record record;
+  forEachField(record, [&object](const char* key, auto& value) { read(object, key, value); });
+  return record;
 }
 
 DefectPixel pixel(const ObjectReader& object) {
@@ -146,9 +132,10 @@ Timestamp moment(const ObjectReader& object, const char* key) {
 }
 
 void readOptionalFields(const ObjectReader& object, CameraProfile& profile) {
-  if (object.has("sensorActiveArea")) profile.sensorActiveArea = rectangle(object.object("sensorActiveArea"));
+  if (object.has("sensorActiveArea"))
+    profile.sensorActiveArea = geometry<RawRectangle>(object.object("sensorActiveArea"));
   if (object.has("cameraSerial")) profile.cameraSerial = object.text("cameraSerial");
-  if (object.has("cfaLayout")) profile.cfaLayout = layout(object.object("cfaLayout"));
+  if (object.has("cfaLayout")) profile.cfaLayout = geometry<CFALayout>(object.object("cfaLayout"));
   if (object.has("spots")) profile.spots = records(object, "spots", spot);
 }
 

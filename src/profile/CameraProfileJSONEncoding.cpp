@@ -1,5 +1,6 @@
-// Records to JSON; the way back is in ProfileDecoding.cpp.
+// Records to JSON; the way back is in CameraProfileJSONDecoding.cpp.
 
+#include "dng/SensorFields.h"
 #include "profile/CameraProfileJSON.h"
 
 #include <nlohmann/json.hpp>
@@ -18,12 +19,12 @@ double finite(double confidence) {
   return confidence;
 }
 
-json encoded(const RawRectangle& area) {
-  return {{"x", area.x}, {"y", area.y}, {"width", area.width}, {"height", area.height}};
-}
-
-json encoded(const CFALayout& layout) {
-  return {{"width", layout.width}, {"height", layout.height}, {"pattern", layout.pattern}};
+/// Of a RawRectangle or CFALayout.
+template <typename Record>
+json encodedGeometry(const Record& record) {
+  json object = json::object();
+  forEachField(record, [&object](const char* key, const auto& value) { object[key] = value; });
+  return object;
 }
 
 json encoded(const DefectPixel& pixel) {
@@ -63,9 +64,9 @@ std::string encodedTime(Timestamp time) {
 }
 
 void addOptionalFields(json& object, const CameraProfile& profile) {
-  if (profile.sensorActiveArea) object["sensorActiveArea"] = encoded(*profile.sensorActiveArea);
+  if (profile.sensorActiveArea) object["sensorActiveArea"] = encodedGeometry(*profile.sensorActiveArea);
   if (profile.cameraSerial) object["cameraSerial"] = *profile.cameraSerial;
-  if (profile.cfaLayout) object["cfaLayout"] = encoded(*profile.cfaLayout);
+  if (profile.cfaLayout) object["cfaLayout"] = encodedGeometry(*profile.cfaLayout);
   if (profile.spots) object["spots"] = encoded(*profile.spots);
 }
 

@@ -4,6 +4,7 @@
 // Read: keys in any order, unknown ones ignored, null for an optional key means absent; a whole number may be written
 // as 4.0, but neither as 4.5 nor as "4". Decoding throws std::invalid_argument, which names the key.
 //
+// Decoding is for programs that the engine is linked into and keep such records; this program writes them only.
 // Stateless; safe from several threads.
 #pragma once
 

@@ -1,14 +1,13 @@
-// JSON to records; the way there is in RecordEncoding.cpp.
+// JSON to records; the way there is in DNGMetadataJSONEncoding.cpp.
 
 #include "dng/metadata/DNGMetadataJSON.h"
 #include "dng/metadata/RecordFields.h"
+#include "platform/JSONNumbers.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <cmath>
 #include <stdexcept>
-#include <utility>
 
 namespace tessaly {
 namespace {
@@ -22,40 +21,33 @@ using nlohmann::ordered_json;
 template <typename Record>
 Record decodedRecord(const char* key, const ordered_json& json);
 
-// 4.0 is a whole number; so large a double that it may have been rounded is none.
 template <typename Integer>
-Integer wholeNumber(const char* key, const ordered_json& json) {
-  if (json.is_number_unsigned() && std::in_range<Integer>(json.get<std::uint64_t>())) return json.get<Integer>();
-  if (json.is_number_integer() && !json.is_number_unsigned() && std::in_range<Integer>(json.get<std::int64_t>())) {
-    return json.get<Integer>();
-  }
-  if (!json.is_number_float()) fail(key, "is not a whole number in range");
-  const auto number = json.get<double>();
-  const bool isExact = std::abs(number) < 0x1p63 && std::trunc(number) == number;
-  if (!isExact || !std::in_range<Integer>(static_cast<std::int64_t>(number)))
-    fail(key, "is not a whole number in range");
-  return static_cast<Integer>(number);
+Integer integer(const char* key, const ordered_json& json) {
+  const std::optional<Integer> number = wholeNumber<Integer>(json);
+  if (!number) fail(key, "is not a whole number in range");
+  return *number;
 }
 
 void decode(const char* key, const ordered_json& json, std::int64_t& value) {
-  value = wholeNumber<std::int64_t>(key, json);
+  value = integer<std::int64_t>(key, json);
 }
 
 void decode(const char* key, const ordered_json& json, std::uint64_t& value) {
-  value = wholeNumber<std::uint64_t>(key, json);
+  value = integer<std::uint64_t>(key, json);
 }
 
 void decode(const char* key, const ordered_json& json, std::uint16_t& value) {
-  value = wholeNumber<std::uint16_t>(key, json);
+  value = integer<std::uint16_t>(key, json);
 }
 
 void decode(const char* key, const ordered_json& json, std::uint8_t& value) {
-  value = wholeNumber<std::uint8_t>(key, json);
+  value = integer<std::uint8_t>(key, json);
 }
 
 void decode(const char* key, const ordered_json& json, double& value) {
-  if (!json.is_number() || !std::isfinite(json.get<double>())) fail(key, "is not a finite number");
-  value = json.get<double>();
+  const std::optional<double> number = finiteNumber(json);
+  if (!number) fail(key, "is not a finite number");
+  value = *number;
 }
 
 void decode(const char* key, const ordered_json& json, bool& value) {

@@ -1,4 +1,4 @@
-// Records to JSON; the way back is in RecordDecoding.cpp.
+// Records to JSON; the way back is in DNGMetadataJSONDecoding.cpp.
 
 #include "dng/metadata/DNGMetadataJSON.h"
 #include "dng/metadata/RecordFields.h"

@@ -1,33 +1,11 @@
-// The fields of each record with their keys, once, for both directions of the JSON form.
-//
-// forEachField(record, visit) calls visit(key, field) in the order of the JSON form; the record may be constant.
+// The fields of each record with their keys, once, for both directions of the JSON form; those of the records inside
+// are in dng/SensorFields.h, which tells how to use them.
 #pragma once
 
-#include "dng/DNGMetadata.h"
+#include "dng/SensorFields.h"
 #include "dng/tiff/TIFFDirectory.h"
 
-#include <concepts>
-#include <type_traits>
-
 namespace tessaly {
-
-template <typename Type, typename Record>
-concept Either = std::same_as<std::remove_const_t<Type>, Record>;
-
-template <Either<RawRectangle> Record, typename Visitor>
-void forEachField(Record& record, Visitor visit) {
-  visit("x", record.x);
-  visit("y", record.y);
-  visit("width", record.width);
-  visit("height", record.height);
-}
-
-template <Either<CFALayout> Record, typename Visitor>
-void forEachField(Record& record, Visitor visit) {
-  visit("width", record.width);
-  visit("height", record.height);
-  visit("pattern", record.pattern);
-}
 
 template <Either<TIFFField> Record, typename Visitor>
 void forEachField(Record& record, Visitor visit) {
