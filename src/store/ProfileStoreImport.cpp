@@ -1,4 +1,5 @@
 // What a profile from somewhere else must hold before it is taken into the store.
+#include "dng/RawLimits.h"
 #include "platform/Text.h"
 #include "store/ProfileStore.h"
 
@@ -11,16 +12,9 @@ namespace tessaly::ProfileStore {
 namespace {
 
 constexpr std::int64_t oldestVersion = 3;
-constexpr std::int64_t largestDimension = 100'000;
-constexpr std::int64_t largestArea = 250'000'000;
 
 void require(bool holds, const char* reason) {
   if (!holds) throw InvalidProfile(reason);
-}
-
-bool isRawSize(std::int64_t width, std::int64_t height) {
-  return width >= 1 && width <= largestDimension && height >= 1 && height <= largestDimension &&
-         width * height <= largestArea;
 }
 
 // The raw size is within its limits by now, so that no difference below can overflow.

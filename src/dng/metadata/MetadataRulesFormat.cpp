@@ -1,25 +1,19 @@
 #include "dng/DNGError.h"
+#include "dng/RawLimits.h"
 #include "dng/metadata/MetadataRules.h"
+#include "dng/samples/BitDepth.h"
 #include "dng/tiff/Photometric.h"
-#include "dng/tiff/RawLimits.h"
 #include "dng/tiff/TIFFTags.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <array>
-
 namespace tessaly::MetadataRules {
 namespace {
-
-constexpr std::array<std::int64_t, 5> supportedDepths{8, 10, 12, 14, 16};
 
 void readDimensions(const DirectoryTags& raw, DNGMetadata& metadata) {
   metadata.rawWidth = raw.value(TIFFTag::imageWidth, 0);
   metadata.rawHeight = raw.value(TIFFTag::imageLength, 0);
-  const bool acceptable =
-      isRawSide(metadata.rawWidth) && isRawSide(metadata.rawHeight) && metadata.pixelCount() <= maximumRawPixels;
-  if (!acceptable) throw DNGError::invalid("Raw dimensions");
+  if (!isRawSize(metadata.rawWidth, metadata.rawHeight)) throw DNGError::invalid("Raw dimensions");
 }
 
 void readDepth(const DirectoryTags& raw, DNGMetadata& metadata) {
@@ -27,9 +21,7 @@ void readDepth(const DirectoryTags& raw, DNGMetadata& metadata) {
   metadata.bitsPerSample = raw.value(TIFFTag::bitsPerSample, 0);
   metadata.compression = raw.value(TIFFTag::compression, 1);
   metadata.photometricInterpretation = raw.value(TIFFTag::photometricInterpretation, 0);
-  const bool supported =
-      std::find(supportedDepths.begin(), supportedDepths.end(), metadata.bitsPerSample) != supportedDepths.end();
-  if (!supported) throw DNGError::unsupported(fmt::format("Raw bit depth {}", metadata.bitsPerSample));
+  requireSupportedBitDepth(metadata.bitsPerSample);
   metadata.packing = metadata.bitsPerSample == 12 ? RawPacking::packed12MSB : RawPacking::littleEndian16;
 }
 

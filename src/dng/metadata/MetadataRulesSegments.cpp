@@ -1,7 +1,7 @@
 #include "dng/DNGError.h"
+#include "dng/RawLimits.h"
 #include "dng/metadata/MetadataRules.h"
 #include "dng/samples/SegmentLayout.h"
-#include "dng/tiff/RawLimits.h"
 #include "dng/tiff/TIFFTags.h"
 
 namespace tessaly::MetadataRules {

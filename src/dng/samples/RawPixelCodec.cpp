@@ -1,6 +1,7 @@
 #include "dng/samples/RawPixelCodec.h"
 
 #include "dng/DNGError.h"
+#include "dng/samples/BitDepth.h"
 #include "dng/samples/SampleFormat.h"
 #include "dng/samples/SamplePacker.h"
 #include "dng/samples/SampleUnpacker.h"
@@ -10,8 +11,15 @@
 namespace tessaly::RawPixelCodec {
 namespace {
 
+constexpr int bitsOf(RawPacking packing) {
+  return packing == RawPacking::packed12MSB ? 12 : 16;
+}
+
+static_assert(isSupportedBitDepth(bitsOf(RawPacking::packed12MSB)) &&
+              isSupportedBitDepth(bitsOf(RawPacking::littleEndian16)));
+
 SampleFormat formatOf(RawPacking packing) {
-  return {packing == RawPacking::packed12MSB ? 12 : 16, true, false};
+  return {bitsOf(packing), true, false};
 }
 
 std::int64_t byteCount12(std::int64_t pixelCount) {

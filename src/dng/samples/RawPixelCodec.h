@@ -1,6 +1,7 @@
 // Packs a flat array of samples into one contiguous block of bytes, without rows, and unpacks it: the two packings
 // named by RawPacking. Images as cameras store them, row after row, are the business of SampleUnpacker and
-// SamplePacker; this codec serves records that carry no source encoding and blocks that this program writes itself.
+// SamplePacker; this codec reads blocks of records that carry no source encoding. Encoding is for programs that the
+// engine is linked into and write such blocks.
 //
 // Stateless; safe from several threads.
 #pragma once

@@ -14,11 +14,15 @@
 
 namespace tessaly {
 
+/// Whether four samples of this depth fill whole bytes and fit into 64 bits, which packing and unpacking build on.
+template <unsigned Bits>
+inline constexpr bool fillsWholeBytesInGroups = Bits % 2 == 0 && Bits <= 16;
+
 struct SampleFormat {
   /// The number of samples in a group: column g × samplesPerGroup starts at byte g × bytesPerGroup() of its row.
   static constexpr std::int64_t samplesPerGroup = 4;
 
-  int bits = 16;               ///< 8, 10, 12, 14 or 16
+  int bits = 16;               ///< one of supportedBitDepths
   bool littleEndian = true;    ///< counts for 16 bits only
   bool reversedBytes = false;  ///< fill order 2
 

@@ -1,6 +1,7 @@
 #include "dng/samples/SamplePacker.h"
 
 #include "dng/samples/BigEndian.h"
+#include "dng/samples/BitDepth.h"
 #include "dng/samples/BitReversal.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ constexpr std::size_t storeSize = sizeof(std::uint64_t);
 // Four samples as the first bits of a string of bits; zeros behind them.
 template <unsigned Bits>
 std::uint64_t packGroup(const std::uint16_t* samples) {
+  static_assert(fillsWholeBytesInGroups<Bits>);
   return static_cast<std::uint64_t>(samples[0]) << (64 - Bits) |
          static_cast<std::uint64_t>(samples[1]) << (64 - 2 * Bits) |
          static_cast<std::uint64_t>(samples[2]) << (64 - 3 * Bits) |
@@ -74,36 +76,34 @@ void packWords(std::span<const std::uint16_t> samples, std::span<std::byte> byte
   }
 }
 
+template <unsigned Bits>
 void packForward(const SampleFormat& format, std::span<const std::uint16_t> samples, std::span<std::byte> bytes) {
-  switch (format.bits) {
-    case 8:
-      return narrowBytes(samples, bytes);
-    case 10:
-      return packBits<10>(samples, bytes);
-    case 12:
-      return packBits<12>(samples, bytes);
-    case 14:
-      return packBits<14>(samples, bytes);
-    default:
-      assert(format.bits == 16);
-      return packWords(samples, bytes, format.littleEndian);
+  if constexpr (Bits == 8) {
+    narrowBytes(samples, bytes);
+  } else if constexpr (Bits == 16) {
+    packWords(samples, bytes, format.littleEndian);
+  } else {
+    packBits<Bits>(samples, bytes);
   }
 }
 
 }  // namespace
 
 void packSamples(const SampleFormat& format, std::span<const std::uint16_t> samples, std::span<std::byte> bytes) {
-  const auto length = static_cast<std::size_t>(format.byteCount(static_cast<std::int64_t>(samples.size())));
-  assert(bytes.size() >= length);
-  assert(fitsDepth(format, samples));
-  if (samples.empty()) return;
-  const std::span<std::byte> target = bytes.first(length);
-  if (format.reversedBytes) reverseBits(target, target);  // the padding bits too, which come back below
-  packForward(format, samples, target);
-  if (format.reversedBytes) reverseBits(target, target);
+  withBitDepth(format.bits, [&](auto bits) {
+    const auto length = static_cast<std::size_t>(format.byteCount(static_cast<std::int64_t>(samples.size())));
+    assert(bytes.size() >= length);
+    assert(fitsDepth(format, samples));
+    if (samples.empty()) return;
+    const std::span<std::byte> target = bytes.first(length);
+    if (format.reversedBytes) reverseBits(target, target);  // the padding bits too, which come back below
+    packForward<bits>(format, samples, target);
+    if (format.reversedBytes) reverseBits(target, target);
+  });
 }
 
 bool fitsDepth(const SampleFormat& format, std::span<const std::uint16_t> samples) {
+  requireSupportedBitDepth(format.bits);
   unsigned all = 0;
   for (const std::uint16_t sample : samples)
     all |= sample;

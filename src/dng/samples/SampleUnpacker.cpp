@@ -1,6 +1,7 @@
 #include "dng/samples/SampleUnpacker.h"
 
 #include "dng/samples/BigEndian.h"
+#include "dng/samples/BitDepth.h"
 #include "dng/samples/BitReversal.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ constexpr std::size_t loadSize = sizeof(std::uint64_t);
 // The first four samples of a string of bits.
 template <unsigned Bits>
 void unpackGroup(std::uint64_t bits, std::uint16_t* samples) {
+  static_assert(fillsWholeBytesInGroups<Bits>);
   constexpr std::uint64_t mask = (1U << Bits) - 1;
   samples[0] = static_cast<std::uint16_t>(bits >> (64 - Bits));
   samples[1] = static_cast<std::uint16_t>(bits >> (64 - 2 * Bits) & mask);
@@ -69,23 +71,19 @@ void unpackWords(std::span<const std::byte> bytes, std::span<std::uint16_t> samp
     sample = static_cast<std::uint16_t>(sample << 8U | sample >> 8U);
 }
 
+template <unsigned Bits>
 void unpackForward(const SampleFormat& format, std::span<const std::byte> bytes, std::span<std::uint16_t> samples) {
-  switch (format.bits) {
-    case 8:
-      return widenBytes(bytes, samples);
-    case 10:
-      return unpackBits<10>(bytes, samples);
-    case 12:
-      return unpackBits<12>(bytes, samples);
-    case 14:
-      return unpackBits<14>(bytes, samples);
-    default:
-      assert(format.bits == 16);
-      return unpackWords(bytes, samples, format.littleEndian);
+  if constexpr (Bits == 8) {
+    widenBytes(bytes, samples);
+  } else if constexpr (Bits == 16) {
+    unpackWords(bytes, samples, format.littleEndian);
+  } else {
+    unpackBits<Bits>(bytes, samples);
   }
 }
 
 // Turning bytes around first costs less than a second kernel: 16 of them at a time, in a block that stays in the cache.
+template <unsigned Bits>
 void unpackReversed(const SampleFormat& format, std::span<const std::byte> bytes, std::span<std::uint16_t> samples) {
   constexpr std::size_t blockSamples = 1024;
   std::array<std::byte, blockSamples * sizeof(std::uint16_t)> block;  // left uninitialised: filled before it is read
@@ -94,17 +92,19 @@ void unpackReversed(const SampleFormat& format, std::span<const std::byte> bytes
     const auto start = static_cast<std::size_t>(format.byteCount(static_cast<std::int64_t>(done)));
     const auto length = static_cast<std::size_t>(format.byteCount(static_cast<std::int64_t>(part.size())));
     reverseBits(bytes.subspan(start, length), block);
-    unpackForward(format, std::span(block).first(length), part);
+    unpackForward<Bits>(format, std::span(block).first(length), part);
   }
 }
 
 }  // namespace
 
 void unpackSamples(const SampleFormat& format, std::span<const std::byte> bytes, std::span<std::uint16_t> samples) {
-  assert(static_cast<std::int64_t>(bytes.size()) >= format.byteCount(static_cast<std::int64_t>(samples.size())));
-  if (samples.empty()) return;
-  if (format.reversedBytes) return unpackReversed(format, bytes, samples);
-  unpackForward(format, bytes, samples);
+  withBitDepth(format.bits, [&](auto bits) {
+    assert(static_cast<std::int64_t>(bytes.size()) >= format.byteCount(static_cast<std::int64_t>(samples.size())));
+    if (samples.empty()) return;
+    if (format.reversedBytes) return unpackReversed<bits>(format, bytes, samples);
+    unpackForward<bits>(format, bytes, samples);
+  });
 }
 
 }  // namespace tessaly

@@ -1,9 +1,9 @@
 #include "dng/tiff/DNGContainer.h"
 
 #include "dng/DNGError.h"
+#include "dng/RawLimits.h"
 #include "dng/tiff/DirectoryWalk.h"
 #include "dng/tiff/Photometric.h"
-#include "dng/tiff/RawLimits.h"
 #include "dng/tiff/TIFFTags.h"
 #include "dng/tiff/TIFFTypes.h"
 

@@ -1,4 +1,6 @@
 // unpackSamples and packSamples, every depth, byte order, fill order and length.
+#include "dng/metadata/Refusal.h"
+#include "dng/samples/BitDepth.h"
 #include "dng/samples/SamplePacker.h"
 #include "dng/samples/SampleUnpacker.h"
 #include "support/FileBytes.h"
@@ -201,12 +203,36 @@ TEST_P(AnyFormat, ChangesNothingButTheSamplesWhenPacked) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, AnyFormat,
-                         testing::Combine(testing::Values(8, 10, 12, 14, 16), testing::Bool(), testing::Bool()),
+                         testing::Combine(testing::ValuesIn(supportedBitDepths), testing::Bool(), testing::Bool()),
                          [](const auto& variant) {
                            return std::to_string(std::get<0>(variant.param)) + "Bits" +
                                   (std::get<1>(variant.param) ? "LittleEndian" : "BigEndian") + "FillOrder" +
                                   (std::get<2>(variant.param) ? "2" : "1");
                          });
+
+// ---- Depths that no file may have
+
+TEST(SamplePacking, RefusesDepthsThatNoFileMayHave) {
+  for (const int bits : {-1, 0, 1, 9, 11, 13, 15, 17, 64}) {
+    const std::string refusal = "Unsupported DNG: Raw bit depth " + std::to_string(bits);
+    for (const bool reversed : {false, true}) {
+      const SampleFormat format{bits, true, reversed};
+      Samples samples(5);
+      Bytes bytes(40, std::byte{0x5A});
+      EXPECT_EQ(refusalOf([&] { return unpackSamples(format, bytes, samples), 0; }), refusal);
+      EXPECT_EQ(refusalOf([&] { return packSamples(format, samples, bytes), 0; }), refusal);
+      EXPECT_EQ(refusalOf([&] { return fitsDepth(format, samples); }), refusal);
+      EXPECT_EQ(samples, Samples(5));
+      EXPECT_EQ(bytes, Bytes(40, std::byte{0x5A}));
+    }
+  }
+}
+
+// Read as another depth, the samples would reach beyond the seven bytes that five of 11 bits take.
+TEST(SamplePacking, ReadsNothingOfADepthThatNoFileMayHave) {
+  EXPECT_EQ(refusalOf([] { return unpacked({11, true, false}, Bytes(7), 5); }), "Unsupported DNG: Raw bit depth 11");
+  EXPECT_EQ(refusalOf([] { return packed({11, true, false}, Samples(5)); }), "Unsupported DNG: Raw bit depth 11");
+}
 
 }  // namespace
 }  // namespace tessaly::tests

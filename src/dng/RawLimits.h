@@ -15,4 +15,8 @@ inline constexpr std::int64_t maximumRawPixels = 250'000'000;
   return value >= 1 && value <= maximumRawSide;
 }
 
+[[nodiscard]] constexpr bool isRawSize(std::int64_t width, std::int64_t height) {
+  return isRawSide(width) && isRawSide(height) && width * height <= maximumRawPixels;
+}
+
 }  // namespace tessaly
