@@ -44,6 +44,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   });
   fuzz::require(fastError == naiveError);
   fuzz::require(fast == naive);
-  if (fastError.empty()) fuzz::require(RawPlaneSource(InputFile(path), metadata).matches(fast));
+  if (fastError.empty()) fuzz::require(RawPlaneSource(InputFile(path), metadata).matches({fast, metadata}));
   return 0;
 }

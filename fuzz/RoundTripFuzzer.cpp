@@ -42,8 +42,8 @@ std::vector<std::byte> write(const std::filesystem::path& source, const CopyRequ
   std::vector<std::byte> bytes;
   std::vector<std::byte> buffer(copyBufferSize);
   try {
-    checkRequest(source, request);
-    writeCopy(SourceImage(source), request, buffer, FileSystem::system());
+    const CheckedCopyRequest checked(source, request);
+    writeCopy(SourceImage(source), checked, buffer, FileSystem::system());
     bytes = tests::readBytes(request.destination);
     fuzz::require(filesIn(request.destination.parent_path()) == 1);
     const DNGMetadata metadata = DNGReader::readMetadata(request.destination);

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "dng/DNGMetadata.h"
+#include "dng/PlaneView.h"
 
 #include <algorithm>
-#include <cassert>
-#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -22,8 +21,8 @@ struct ActiveSamples {
 };
 
 [[nodiscard]] inline ActiveSamples activeSamples(std::span<const std::uint16_t> raw, const DNGMetadata& metadata) {
-  assert(raw.size() == static_cast<std::size_t>(metadata.pixelCount()));
-  return {raw.data() + metadata.activeY * metadata.rawWidth + metadata.activeX, metadata.rawWidth, metadata.activeWidth,
+  const ConstPlaneView plane(raw, metadata);
+  return {&plane.at(metadata.activeX, metadata.activeY), metadata.rawWidth, metadata.activeWidth,
           metadata.activeHeight};
 }
 

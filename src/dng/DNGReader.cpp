@@ -1,24 +1,17 @@
 #include "dng/DNGReader.h"
 
 #include "dng/DNGError.h"
+#include "dng/PlaneView.h"
 #include "dng/metadata/MetadataReader.h"
 #include "dng/samples/RawPixelCodec.h"
 #include "dng/samples/RawPlaneSource.h"
 #include "dng/tiff/DNGContainer.h"
-#include "platform/Text.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <string_view>
+#include <vector>
 
 namespace tessaly::DNGReader {
 namespace {
-
-constexpr std::array<std::string_view, 23> proprietaryExtensions{"nef", "nrw", "cr2", "cr3", "crw", "orf", "arw", "srw",
-                                                                 "raf", "rw2", "pef", "3fr", "fff", "iiq", "rwl", "mos",
-                                                                 "x3f", "sr2", "srf", "erf", "kdc", "dcr", "raw"};
 
 // Runs one reading step for a file; whatever it throws leaves with the file's name.
 template <typename Step>
@@ -28,10 +21,6 @@ auto inContext(const std::filesystem::path& url, Step step) {
   } catch (const std::exception& error) {
     throw DNGError::contextualize(error, url);
   }
-}
-
-void requireOpenFormat(const std::filesystem::path& url) {
-  if (isProprietaryExtension(lowerCasedExtension(url))) throw DNGError::unsupported("Proprietary RAW");
 }
 
 DNGContainer openContainer(const std::filesystem::path& url) {
@@ -44,10 +33,6 @@ void requireSameImage(const DNGMetadata& earlier, const DNGMetadata& fresh) {
   const bool same = earlier.rawWidth == fresh.rawWidth && earlier.rawHeight == fresh.rawHeight &&
                     earlier.cameraSerial == fresh.cameraSerial && earlier.cfaLayout == fresh.cfaLayout;
   if (!same) throw DNGError::invalid("Raw plane geometry/body changed");
-}
-
-void requireSupported(const DNGMetadata& metadata) {
-  if (const auto reason = supportReason(metadata)) throw DNGError::unsupported(*reason);
 }
 
 // Up to `rawByteCount` bytes from `rawOffset` on; like any read, fewer where the file ends.
@@ -72,31 +57,10 @@ void readSamples(const DNGContainer& container, const DNGMetadata& metadata, con
   }
   samples.clear();  // so that growing copies nothing
   samples.resize(static_cast<std::size_t>(fresh.pixelCount()));
-  const RawPlaneSource source(container.file(), fresh);
-  return wanted ? source.readInto(samples, wanted) : source.readInto(samples);
+  RawPlaneSource(container.file(), fresh).readInto(PlaneView(samples, fresh), wanted);
 }
 
 }  // namespace
-
-bool isProprietaryExtension(const std::string& lowerCaseExtension) {
-  return std::find(proprietaryExtensions.begin(), proprietaryExtensions.end(), lowerCaseExtension) !=
-         proprietaryExtensions.end();
-}
-
-std::optional<std::string> supportReason(const DNGMetadata& metadata) {
-  switch (metadata.compression) {
-    case 1:
-      return std::nullopt;
-    case 7:
-      return "Compressed (lossless JPEG) DNG is not supported yet";
-    case 34892:
-      return "Lossy JPEG DNG is not supported";
-    case 52546:
-      return "JPEG XL DNG is not supported";
-    default:
-      return fmt::format("DNG compression {} is not supported", metadata.compression);
-  }
-}
 
 DNGMetadata readMetadata(const std::filesystem::path& url) {
   return inContext(url, [&] { return parseMetadata(openContainer(url)); });

@@ -5,18 +5,19 @@
 
 #include "dng/DNGMetadata.h"
 #include "dng/RawPlane.h"
+#include "dng/metadata/SupportRules.h"
 
 #include <filesystem>
-#include <optional>
-#include <string>
 
 namespace tessaly::DNGReader {
 
 /// Reads the metadata only and applies every acceptance rule except the one for compression (see supportReason).
 [[nodiscard]] DNGMetadata readMetadata(const std::filesystem::path& url);
 
-/// Why the samples of this image cannot be read (its compression); nothing when they can.
-[[nodiscard]] std::optional<std::string> supportReason(const DNGMetadata& metadata);
+using SupportRules::isProprietaryExtension;
+using SupportRules::requireOpenFormat;
+using SupportRules::requireSupported;
+using SupportRules::supportReason;
 
 /// Decodes every raw sample. `metadata` is the record of an earlier readMetadata of the same file; it is compared with
 /// the file as it is now, so that a file replaced in between is refused.
@@ -30,8 +31,4 @@ void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, cons
              RawSamples& samples);
 
 [[nodiscard]] RawPlane readPlane(const std::filesystem::path& url);
-
-/// The 23 extensions, lower-case, of cameras' own raw formats, which are refused unread.
-[[nodiscard]] bool isProprietaryExtension(const std::string& lowerCaseExtension);
-
 }  // namespace tessaly::DNGReader

@@ -4,16 +4,16 @@
 #pragma once
 
 #include "dng/DNGMetadata.h"
+#include "dng/PlaneView.h"
 #include "repair/DefectMap.h"
 
 #include <cstdint>
-#include <span>
 
 namespace tessaly {
 
 class Mosaic {
  public:
-  Mosaic(std::span<std::uint16_t> samples, const DNGMetadata& metadata, const SampleMask& defects)
+  Mosaic(PlaneView samples, const DNGMetadata& metadata, const SampleMask& defects)
       : samples_(samples), metadata_(metadata), defects_(defects), layout_(layoutOf(metadata)) {}
 
   [[nodiscard]] std::int64_t width() const { return metadata_.rawWidth; }
@@ -26,7 +26,7 @@ class Mosaic {
   [[nodiscard]] bool contains(std::int64_t x, std::int64_t y) const {
     return x >= 0 && x < width() && y >= 0 && y < height();
   }
-  [[nodiscard]] std::int64_t value(std::int64_t x, std::int64_t y) const { return samples_[index(x, y)]; }
+  [[nodiscard]] std::int64_t value(std::int64_t x, std::int64_t y) const { return samples_.at(x, y); }
   [[nodiscard]] bool isDefective(std::int64_t x, std::int64_t y) const { return defects_.contains(x, y); }
 
   /// The colour pattern is anchored at the active area, so raw coordinates are moved there.
@@ -37,18 +37,15 @@ class Mosaic {
   }
 
   void setValue(std::int64_t x, std::int64_t y, std::int64_t value) {
-    samples_[index(x, y)] = static_cast<std::uint16_t>(value);
+    samples_.at(x, y) = static_cast<std::uint16_t>(value);
   }
 
  private:
   static const CFALayout* layoutOf(const DNGMetadata& metadata) {
     return metadata.cfaLayout ? &*metadata.cfaLayout : nullptr;
   }
-  [[nodiscard]] std::size_t index(std::int64_t x, std::int64_t y) const {
-    return static_cast<std::size_t>(y * width() + x);
-  }
 
-  std::span<std::uint16_t> samples_;
+  PlaneView samples_;
   const DNGMetadata& metadata_;
   const SampleMask& defects_;
   const CFALayout* layout_;

@@ -6,28 +6,21 @@
 #include "dng/copy/SourceImage.h"
 #include "dng/samples/RawPlaneSource.h"
 #include "platform/HugePages.h"
-#include "platform/Text.h"
 
-#include <span>
 #include <system_error>
 
 namespace tessaly {
 namespace {
 
-// By its name alone, before the file is opened.
-void requireOpenFormat(const std::filesystem::path& source) {
-  if (DNGReader::isProprietaryExtension(lowerCasedExtension(source))) throw DNGError::unsupported("Proprietary RAW");
-}
-
 // What a file does not fit costs no more than its metadata.
 void requireRepairable(const DNGMetadata& metadata, const CameraProfile& profile) {
-  if (const auto reason = DNGReader::supportReason(metadata)) throw DNGError::unsupported(*reason);
+  DNGReader::requireSupported(metadata);
   profile.validate(metadata);
 }
 
 // Makes room for a plane without copying or clearing what an earlier file left.
-std::span<std::uint16_t> plane(RawSamples& samples, std::int64_t count) {
-  const auto size = static_cast<std::size_t>(count);
+PlaneView plane(RawSamples& samples, const DNGMetadata& metadata) {
+  const auto size = static_cast<std::size_t>(metadata.pixelCount());
   if (samples.capacity() < size) {
     RawSamples().swap(samples);  // the old memory goes before the new one comes
     const std::size_t bytes = wholeHugePages(size * sizeof(std::uint16_t));
@@ -35,7 +28,7 @@ std::span<std::uint16_t> plane(RawSamples& samples, std::int64_t count) {
     preferHugePages({reinterpret_cast<std::byte*>(samples.data()), bytes});
   }
   samples.resize(size);
-  return samples;
+  return {samples, metadata};
 }
 
 // The files of a batch share one profile, and a profile that fits two files fits planes of one size.
@@ -54,12 +47,12 @@ DNGWriteResult repairOpenSource(const SourceImage& source, const std::filesystem
                                 const CameraProfile& profile, RepairWorkspace& workspace, FileSystem& system) {
   const DNGMetadata& metadata = source.metadata();
   requireRepairable(metadata, profile);
-  const std::span<std::uint16_t> samples = plane(workspace.samples, metadata.pixelCount());
+  const PlaneView samples = plane(workspace.samples, metadata);
   RawPlaneSource(source.container().file(), metadata).readInto(samples);
   const MappedDefects& defects = mapped(profile, workspace.defects);
   const RepairReport report = RepairEngine::repair(samples, metadata, defects.map);
-  const CopyRequest request{destination, samples, ChangedSamples(defects.runs), false, std::nullopt};
-  checkRequest(source.url(), request);
+  const CheckedCopyRequest request(source.url(),
+                                   {destination, samples.samples(), ChangedSamples(defects.runs), false, std::nullopt});
   workspace.buffer.resize(copyBufferSize);
   writeCopy(source, request, workspace.buffer, system);
   return {destination, report, sizeOf(source.url())};
@@ -75,7 +68,7 @@ MappedDefects::MappedDefects(const CameraProfile& from)
 DNGWriteResult DNGWriter::repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
                                      const CameraProfile& profile, RepairWorkspace& workspace, FileSystem& system) {
   try {
-    requireOpenFormat(source);
+    DNGReader::requireOpenFormat(source);
     return repairOpenSource(SourceImage(source), destination, profile, workspace, system);
   } catch (const std::exception& error) {
     throw DNGError::contextualize(error, source);

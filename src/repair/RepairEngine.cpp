@@ -23,7 +23,7 @@ void rebuild(Mosaic& mosaic, const SampleMask& samples, std::int64_t white, Rule
 
 }  // namespace
 
-RepairReport RepairEngine::repair(std::span<std::uint16_t> raw, const DNGMetadata& metadata, const DefectMap& defects) {
+RepairReport RepairEngine::repair(PlaneView raw, const DNGMetadata& metadata, const DefectMap& defects) {
   Mosaic mosaic(raw, metadata, defects.all);
   const std::int64_t white = std::clamp<std::int64_t>(metadata.whiteLevel, 0, 65535);
   rebuild(mosaic, defects.lines, white, rebuildLineSample);
@@ -38,7 +38,7 @@ RepairReport RepairEngine::repair(std::span<std::uint16_t> raw, const DNGMetadat
   if (static_cast<std::int64_t>(raw.size()) != metadata.pixelCount()) {
     throw DNGError::invalid("Raw pixel count does not match the DNG metadata");
   }
-  return repair(raw, metadata, DefectMap(profile, metadata.rawWidth, metadata.rawHeight));
+  return repair(PlaneView(raw, metadata), metadata, DefectMap(profile, metadata.rawWidth, metadata.rawHeight));
 }
 
 }  // namespace tessaly

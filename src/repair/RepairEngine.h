@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dng/DNGMetadata.h"
+#include "dng/PlaneView.h"
 #include "profile/CameraProfile.h"
 
 #include <cstdint>
@@ -29,8 +30,8 @@ namespace RepairEngine {
 /// metadata and DNGError::invalid when the number of samples is not rawWidth × rawHeight; then nothing was changed.
 RepairReport repair(std::span<std::uint16_t> raw, const DNGMetadata& metadata, const CameraProfile& profile);
 
-/// The same for a profile that was validated and mapped before; `raw` holds rawWidth × rawHeight samples.
-RepairReport repair(std::span<std::uint16_t> raw, const DNGMetadata& metadata, const DefectMap& defects);
+/// The same with the map of a profile that was validated for this image.
+RepairReport repair(PlaneView raw, const DNGMetadata& metadata, const DefectMap& defects);
 
 }  // namespace RepairEngine
 }  // namespace tessaly

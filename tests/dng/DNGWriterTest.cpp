@@ -1,5 +1,5 @@
-#include "WriterFixture.h"
 #include "dng/DNGWriter.h"
+#include "dng/WriterFixture.h"
 
 #include <sys/stat.h>
 

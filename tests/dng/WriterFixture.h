@@ -53,10 +53,10 @@ class WriterFixture : public testing::Test {
 
   /// Through the file system that a test may let fail, with the runs of changed samples when they are given.
   void copyChanged(const CopyRequest& request) {
-    checkRequest(source, request);
+    const CheckedCopyRequest checked(source, request);
     const SourceImage image(source);
     std::vector<std::byte> buffer(copyBufferSize);
-    writeCopy(image, request, buffer, system);
+    writeCopy(image, checked, buffer, system);
   }
 
   /// The technical description of the failure, or the system's words; empty when there is none.

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "dng/DNGMetadata.h"
+#include "dng/PlaneView.h"
 #include "dng/samples/InverseLinearization.h"
 
 #include <cstdint>
@@ -15,8 +16,8 @@ namespace tessaly {
 
 /// What a copy must read back as.
 struct ExpectedImage {
-  const DNGMetadata& metadata;                    ///< of the source: dimensions and mosaic
-  std::span<const std::uint16_t> samples;         ///< the full raw plane
+  const DNGMetadata& metadata;  ///< of the source: dimensions and mosaic
+  ConstPlaneView samples;
   const InverseLinearization* inverse = nullptr;  ///< set where samples were written through a table
 };
 

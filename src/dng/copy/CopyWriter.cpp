@@ -1,29 +1,27 @@
 #include "dng/copy/CopyWriter.h"
 
 #include "dng/DNGError.h"
-#include "dng/DNGReader.h"
+#include "dng/PlaneView.h"
 #include "dng/copy/CopyPlanner.h"
 #include "dng/copy/CopyVerifier.h"
 #include "dng/copy/SourceBytes.h"
 #include "dng/copy/SourceFormWriter.h"
 #include "dng/copy/SyntheticExposure.h"
+#include "dng/metadata/SupportRules.h"
 #include "dng/samples/SamplePacker.h"
 #include "platform/PartialFile.h"
+#include "platform/Paths.h"
 #include "platform/SystemCall.h"
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 namespace tessaly {
 namespace {
 
-// "/out/a.dng/" names the file "/out/a.dng".
-std::filesystem::path withoutTrailingSlash(const std::filesystem::path& path) {
-  return path.has_filename() || !path.has_relative_path() ? path : path.parent_path();
-}
-
 std::filesystem::path standardized(const std::filesystem::path& path) {
-  return withoutTrailingSlash(std::filesystem::absolute(path).lexically_normal());
+  return standardizedSpelling(std::filesystem::absolute(path));
 }
 
 // Links are not followed: a dangling one bears the name too. What cannot be looked at shows its error when it is made.
@@ -33,19 +31,20 @@ bool isTaken(const std::filesystem::path& path) {
   return type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::none;
 }
 
-void requireReadableSamples(const SourceImage& source, const CopyRequest& request) {
-  const bool isWholePlane = std::ssize(request.samples) == source.metadata().pixelCount();
+ConstPlaneView readablePlane(const SourceImage& source, std::span<const std::uint16_t> samples) {
+  const bool isWholePlane = std::ssize(samples) == source.metadata().pixelCount();
   if (!isWholePlane) throw DNGError::invalid("Raw sample count/descriptor");
-  if (const auto reason = DNGReader::supportReason(source.metadata())) throw DNGError::unsupported(*reason);
+  SupportRules::requireSupported(source.metadata());
+  return {samples, source.metadata()};
 }
 
 // One copy on its way.
 class Copy {
  public:
   Copy(const SourceImage& source, const CopyRequest& request, std::span<std::byte> buffer)
-      : source_(source), request_(request), buffer_(buffer) {
+      : source_(source), plane_(readablePlane(source, request.samples)), buffer_(buffer) {
     const bool reencoded = takesReencodedForm(source.metadata(), request.preserveEncoding);
-    if (!reencoded) sourceForm_.emplace(source, request.samples, request.changed);
+    if (!reencoded) sourceForm_.emplace(source, plane_, request.changed);
     plan_ = planCopy(source, reencoded, request.exposure);
   }
 
@@ -67,14 +66,14 @@ class Copy {
 
   void verify(const PartialFile& file) const {
     const InverseLinearization* const inverse = sourceForm_ ? sourceForm_->inverse() : nullptr;
-    verifyCopy(file.path(), {source_.metadata(), request_.samples, inverse});
+    verifyCopy(file.path(), {source_.metadata(), plane_, inverse});
   }
 
  private:
   void appendRawSegment(PartialFile& file) {
     const SampleFormat format{16, source_.container().little(), false};
     std::int64_t offset = *plan_.rawSegment;
-    std::span<const std::uint16_t> rest = request_.samples;
+    std::span<const std::uint16_t> rest = plane_.samples();
     while (!rest.empty()) {
       const auto slice = rest.first(std::min(rest.size(), buffer_.size() / 2));
       const std::span<std::byte> bytes = buffer_.first(2 * slice.size());
@@ -86,7 +85,7 @@ class Copy {
   }
 
   const SourceImage& source_;
-  const CopyRequest& request_;
+  ConstPlaneView plane_;
   std::span<std::byte> buffer_;
   std::optional<SourceFormWriter> sourceForm_;
   CopyPlan plan_;
@@ -94,20 +93,21 @@ class Copy {
 
 }  // namespace
 
-void checkRequest(const std::filesystem::path& source, const CopyRequest& request) {
-  requireExposureRange(request.exposure);
-  const bool isSource = standardized(source) == standardized(request.destination);
+CheckedCopyRequest::CheckedCopyRequest(const std::filesystem::path& source, CopyRequest request)
+    : request_(std::move(request)) {
+  requireExposureRange(request_.exposure);
+  const bool isSource = standardized(source) == standardized(request_.destination);
   // A destination that is the source under another name, a hard link for example, exists and is refused as well.
-  if (isSource || isTaken(withoutTrailingSlash(request.destination))) {
+  if (isSource || isTaken(withoutTrailingSlash(request_.destination))) {
     throw DNGError::invalid("Output exists or equals source");
   }
 }
 
-void writeCopy(const SourceImage& source, const CopyRequest& request, std::span<std::byte> buffer, FileSystem& system) {
+void writeCopy(const SourceImage& source, const CheckedCopyRequest& request, std::span<std::byte> buffer,
+               FileSystem& system) {
   assert(buffer.size() >= copyBufferSize);
-  requireReadableSamples(source, request);
-  Copy copy(source, request, buffer);
-  const std::filesystem::path destination = withoutTrailingSlash(request.destination);
+  Copy copy(source, *request, buffer);
+  const std::filesystem::path destination = withoutTrailingSlash(request->destination);
   const std::filesystem::path folder = folderOf(destination);
   callSystem([&] { return system.createFolders(folder); });
   PartialFile file(system, folder);

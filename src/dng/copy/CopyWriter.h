@@ -29,11 +29,21 @@ struct CopyRequest {
 /// the processor's cache.
 inline constexpr std::size_t copyBufferSize = std::size_t{256} * 1024;
 
-/// The checks that come before a source is opened: throws invalid("Synthetic exposure range") or
-/// invalid("Output exists or equals source").
-void checkRequest(const std::filesystem::path& source, const CopyRequest& request);
+/// A request that has passed the checks that need no open source.
+class CheckedCopyRequest {
+ public:
+  /// Throws invalid("Synthetic exposure range") or invalid("Output exists or equals source").
+  CheckedCopyRequest(const std::filesystem::path& source, CopyRequest request);
 
-/// Makes the copy; the request has been checked. `buffer` holds at least copyBufferSize bytes.
-void writeCopy(const SourceImage& source, const CopyRequest& request, std::span<std::byte> buffer, FileSystem& system);
+  [[nodiscard]] const CopyRequest& operator*() const { return request_; }
+  [[nodiscard]] const CopyRequest* operator->() const { return &request_; }
+
+ private:
+  CopyRequest request_;
+};
+
+/// Makes the copy. `buffer` holds at least copyBufferSize bytes.
+void writeCopy(const SourceImage& source, const CheckedCopyRequest& request, std::span<std::byte> buffer,
+               FileSystem& system);
 
 }  // namespace tessaly

@@ -22,8 +22,7 @@ std::span<std::byte> part(std::span<std::byte> bytes, std::int64_t offset, std::
 
 }  // namespace
 
-SourceFormWriter::SourceFormWriter(const SourceImage& source, std::span<const std::uint16_t> plane,
-                                   const ChangedSamples& changed)
+SourceFormWriter::SourceFormWriter(const SourceImage& source, ConstPlaneView plane, const ChangedSamples& changed)
     : source_(source),
       plane_(plane),
       changed_(changed),
@@ -48,8 +47,8 @@ void SourceFormWriter::requireSegments() const {
 }
 
 void SourceFormWriter::requireDepth() const {
-  const auto runFits = [this](const SampleRun& run) { return fitsDepth(format_, samplesOf(run)); };
-  const bool allFit = changed_.all() ? fitsDepth(format_, plane_)
+  const auto runFits = [this](const SampleRun& run) { return fitsDepth(format_, plane_.run(run)); };
+  const bool allFit = changed_.all() ? fitsDepth(format_, plane_.samples())
                                      : std::all_of(changed_.runs().begin(), changed_.runs().end(), runFits);
   if (!allFit) throw DNGError::invalid("Sample exceeds source bit depth");
 }
@@ -101,7 +100,8 @@ void SourceFormWriter::writeRows(PartialFile& file, const Segment& segment, cons
   const std::int64_t length = (rows.last - rows.first) * layout_.rowBytes();
   copyUpTo(file, offset, buffer);
   if (planeHoldsStoredRows()) {
-    file.writeAt(offset, std::as_bytes(samplesOf({rows.first, 0, (rows.last - rows.first) * layout_.storedColumns()})));
+    file.writeAt(offset,
+                 std::as_bytes(plane_.run({rows.first, 0, (rows.last - rows.first) * layout_.storedColumns()})));
   } else {
     const std::span<std::byte> bytes = part(buffer, 0, length);
     readRows(file, segment, offset, bytes);
@@ -134,12 +134,6 @@ void SourceFormWriter::patchRows(const Segment& segment, const Rows& rows, std::
   }
 }
 
-// The samples of a run that may go on into the rows below.
-std::span<const std::uint16_t> SourceFormWriter::samplesOf(const SampleRun& run) const {
-  const std::int64_t first = run.row * source_.metadata().rawWidth + run.column;
-  return plane_.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(run.count));
-}
-
 void SourceFormWriter::copyUpTo(PartialFile& file, std::int64_t end, std::span<std::byte> buffer) {
   if (end <= position_) return;
   if (!isClone_) copySourceBytes(file, source_, {position_, position_, end - position_}, buffer);
@@ -151,7 +145,7 @@ void SourceFormWriter::patch(std::span<std::byte> row, const Segment& segment, c
   const std::int64_t first = run.column - segment.x;
   const std::int64_t lead = first % SampleFormat::samplesPerGroup;
   const std::int64_t groupStart = (first - lead) / SampleFormat::samplesPerGroup * format_.bytesPerGroup();
-  const std::span<const std::uint16_t> samples = samplesOf(run);
+  const std::span<const std::uint16_t> samples = plane_.run(run);
   const std::span<std::byte> bytes = part(row, groupStart, format_.byteCount(lead + run.count));
   if (lead == 0 && !inverse_) return packSamples(format_, samples, bytes);
   codes_.resize(static_cast<std::size_t>(lead) + samples.size());

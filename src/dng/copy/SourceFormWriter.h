@@ -4,6 +4,7 @@
 // Used by one thread; holds references to everything it is given.
 #pragma once
 
+#include "dng/PlaneView.h"
 #include "dng/copy/ChangedSamples.h"
 #include "dng/copy/SourceImage.h"
 #include "dng/samples/InverseLinearization.h"
@@ -21,10 +22,10 @@ namespace tessaly {
 
 class SourceFormWriter {
  public:
-  /// `plane` holds the full raw plane. Throws, before anything is written, what cannot be written:
+  /// Throws, before anything is written, what cannot be written:
   /// truncated("Output raw segment") for a segment that is too short for its samples,
   /// unsupported("Inverse nonmonotonic LinearizationTable"), and invalid("Sample exceeds source bit depth").
-  SourceFormWriter(const SourceImage& source, std::span<const std::uint16_t> plane, const ChangedSamples& changed);
+  SourceFormWriter(const SourceImage& source, ConstPlaneView plane, const ChangedSamples& changed);
 
   /// The way back through the source's table; null without one.
   [[nodiscard]] const InverseLinearization* inverse() const { return inverse_ ? &*inverse_ : nullptr; }
@@ -41,7 +42,6 @@ class SourceFormWriter {
   };
 
   [[nodiscard]] bool planeHoldsStoredRows() const;
-  [[nodiscard]] std::span<const std::uint16_t> samplesOf(const SampleRun& run) const;
   void requireSegments() const;
   void requireDepth() const;
   [[nodiscard]] std::vector<std::int64_t> segmentsInFileOrder() const;
@@ -55,7 +55,7 @@ class SourceFormWriter {
   void replaceCodes(std::span<const std::uint16_t> samples, std::span<std::uint16_t> codes) const;
 
   const SourceImage& source_;
-  std::span<const std::uint16_t> plane_;
+  ConstPlaneView plane_;
   const ChangedSamples& changed_;
   SampleFormat format_;
   SegmentLayout layout_;

@@ -1,9 +1,8 @@
 #include "dng/copy/SourceImage.h"
 
 #include "dng/DNGError.h"
-#include "dng/DNGReader.h"
 #include "dng/metadata/MetadataReader.h"
-#include "platform/Text.h"
+#include "dng/metadata/SupportRules.h"
 
 #include <utility>
 
@@ -12,7 +11,7 @@ namespace {
 
 DNGMetadata metadataOf(const DNGContainer& container, const std::filesystem::path& url) {
   try {
-    if (DNGReader::isProprietaryExtension(lowerCasedExtension(url))) throw DNGError::unsupported("Proprietary RAW");
+    SupportRules::requireOpenFormat(url);
     return parseMetadata(container);
   } catch (const std::exception& error) {
     throw DNGError::contextualize(error, url);

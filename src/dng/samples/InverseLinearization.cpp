@@ -1,6 +1,7 @@
 #include "dng/samples/InverseLinearization.h"
 
 #include "dng/DNGError.h"
+#include "dng/samples/BitDepth.h"
 
 #include <algorithm>
 #include <cassert>
@@ -16,7 +17,8 @@ bool isMonotonic(std::span<const std::uint16_t> table) {
 }  // namespace
 
 InverseLinearization::InverseLinearization(std::span<const std::uint16_t> table, std::int64_t bits) {
-  assert(!table.empty() && bits >= 1 && bits <= 16);
+  assert(!table.empty());
+  requireSupportedBitDepth(bits);
   if (!isMonotonic(table)) throw DNGError::unsupported("Inverse nonmonotonic LinearizationTable");
   const std::size_t codes = std::min(table.size(), std::size_t{1} << bits);
   for (std::size_t code = 0; code < codes; ++code) {

@@ -16,7 +16,8 @@ namespace tessaly {
 class InverseLinearization {
  public:
   /// Throws unsupported("Inverse nonmonotonic LinearizationTable") unless the table, which is not empty, never falls or
-  /// never rises. Codes of `bits` bits and more are never given, because the file cannot store them.
+  /// never rises, and unsupported("Raw bit depth <bits>"). Codes of more than `bits` bits are never given, because the
+  /// file cannot store them.
   InverseLinearization(std::span<const std::uint16_t> table, std::int64_t bits);
 
   /// The code that stands for a sample.

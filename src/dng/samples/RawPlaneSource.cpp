@@ -7,28 +7,19 @@
 #include "dng/samples/StoredRows.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cstring>
 
 namespace tessaly {
 namespace {
 
-std::span<std::uint16_t> part(std::span<std::uint16_t> plane, const SampleRun& run, std::int64_t rawWidth) {
-  return plane.subspan(static_cast<std::size_t>(run.row * rawWidth + run.column), static_cast<std::size_t>(run.count));
-}
-
-std::span<const std::uint16_t> part(std::span<const std::uint16_t> plane, const SampleRun& run, std::int64_t rawWidth) {
-  return plane.subspan(static_cast<std::size_t>(run.row * rawWidth + run.column), static_cast<std::size_t>(run.count));
-}
-
 // Strips of native samples are as wide as the plane: each is read straight to its place, without a copy in between.
-void readNativeStrips(const InputFile& file, const DNGMetadata& metadata, std::span<std::uint16_t> plane) {
+void readNativeStrips(const InputFile& file, const DNGMetadata& metadata, PlaneView plane) {
   const DNGSourceEncoding& encoding = *metadata.sourceEncoding;
   const SegmentLayout layout = SegmentLayout::of(metadata);
   for (std::int64_t index = 0; index < layout.count(); ++index) {
     checkSegment(file, encoding, layout, index);
     const Segment strip = layout.segment(index);
-    const auto samples = part(plane, {strip.y, 0, strip.rows * metadata.rawWidth}, metadata.rawWidth);
+    const auto samples = plane.run({strip.y, 0, strip.rows * metadata.rawWidth});
     const std::span<std::byte> bytes = std::as_writable_bytes(samples);
     const std::size_t got = file.readAt(encoding.offsets[static_cast<std::size_t>(index)], bytes);
     if (got < bytes.size()) throwSegmentTruncated(index);
@@ -49,31 +40,22 @@ SampleRun unpackedPart(const SampleRun& stored, const SampleRun& wanted) {
 
 }  // namespace
 
-void RawPlaneSource::readInto(std::span<std::uint16_t> plane, const WantedSamples& wanted) const {
+void RawPlaneSource::readInto(PlaneView plane, const WantedSamples& wanted) const {
   const SampleFormat format = SampleFormat::of(metadata_);
   const DNGSourceEncoding& encoding = *metadata_.sourceEncoding;
   if (format.isNative() && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
   forEachStoredRow(file_, metadata_, [&](const SampleRun& stored, std::span<const std::byte> bytes) {
-    for (const SampleRun& run : wanted(stored.row)) {
-      const SampleRun unpacked = unpackedPart(stored, run);
-      if (unpacked.count == 0) continue;
-      const std::int64_t skipped = format.byteCount(unpacked.column - stored.column);
-      const std::span<std::uint16_t> samples = part(plane, unpacked, metadata_.rawWidth);
+    const auto unpack = [&](const SampleRun& run) {
+      const std::int64_t skipped = format.byteCount(run.column - stored.column);
+      const std::span<std::uint16_t> samples = plane.run(run);
       unpackSamples(format, bytes.subspan(static_cast<std::size_t>(skipped)), samples);
       linearize(encoding.linearization, samples);
+    };
+    if (!wanted) return unpack(stored);
+    for (const SampleRun& run : wanted(stored.row)) {
+      const SampleRun part = unpackedPart(stored, run);
+      if (part.count > 0) unpack(part);
     }
-  });
-}
-
-void RawPlaneSource::readInto(std::span<std::uint16_t> plane) const {
-  assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
-  const SampleFormat format = SampleFormat::of(metadata_);
-  const DNGSourceEncoding& encoding = *metadata_.sourceEncoding;
-  if (format.isNative() && !encoding.tileWidth) return readNativeStrips(file_, metadata_, plane);
-  forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
-    const std::span<std::uint16_t> samples = part(plane, run, metadata_.rawWidth);
-    unpackSamples(format, bytes, samples);
-    linearize(encoding.linearization, samples);
   });
 }
 
@@ -96,11 +78,10 @@ void RawPlaneSource::forEachStoredRun(const RunVisitor& visit) const {
   });
 }
 
-bool RawPlaneSource::matches(std::span<const std::uint16_t> plane) const {
-  assert(static_cast<std::int64_t>(plane.size()) == metadata_.pixelCount());
+bool RawPlaneSource::matches(ConstPlaneView plane) const {
   bool equal = true;
   const RunVisitor compare = [&](const SampleRun& run, std::span<const std::uint16_t> samples) {
-    equal = equal && std::ranges::equal(samples, part(plane, run, metadata_.rawWidth));
+    equal = equal && std::ranges::equal(samples, plane.run(run));
   };
   if (!metadata_.sourceEncoding->linearization.empty()) {
     forEachRun(compare);
@@ -108,7 +89,7 @@ bool RawPlaneSource::matches(std::span<const std::uint16_t> plane) const {
     forEachStoredRun(compare);
   } else {
     forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
-      const std::span<const std::uint16_t> samples = part(plane, run, metadata_.rawWidth);
+      const std::span<const std::uint16_t> samples = plane.run(run);
       equal = equal && std::memcmp(bytes.data(), samples.data(), samples.size_bytes()) == 0;
     });
   }

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "dng/DNGMetadata.h"
+#include "dng/PlaneView.h"
 #include "dng/RawPlane.h"
 #include "platform/InputFile.h"
 
@@ -26,12 +27,9 @@ class RawPlaneSource {
 
   RawPlaneSource(const InputFile& file, const DNGMetadata& metadata) : file_(file), metadata_(metadata) {}
 
-  /// Fills a plane of metadata.pixelCount() samples.
-  void readInto(std::span<std::uint16_t> plane) const;
-
-  /// Decodes only the wanted samples into such a plane; what the others then are is unspecified. A row may be asked for
-  /// several times.
-  void readInto(std::span<std::uint16_t> plane, const WantedSamples& wanted) const;
+  /// Fills a plane of this image; with `wanted` only the wanted samples of it, and what the others then are is
+  /// unspecified. A row may be asked for several times.
+  void readInto(PlaneView plane, const WantedSamples& wanted = nullptr) const;
 
   /// Visits every sample of the image once, after linearization: segment after segment, row after row in each.
   void forEachRun(const RunVisitor& visit) const;
@@ -40,7 +38,7 @@ class RawPlaneSource {
   void forEachStoredRun(const RunVisitor& visit) const;
 
   /// Whether the file holds exactly the samples of this plane.
-  [[nodiscard]] bool matches(std::span<const std::uint16_t> plane) const;
+  [[nodiscard]] bool matches(ConstPlaneView plane) const;
 
  private:
   const InputFile& file_;

@@ -109,7 +109,7 @@ TEST_P(Faults, OfAFullDiskAtAnyWrite) {
     full.fail(Call::copyRange, ENOSPC);
     full.fail(Call::reserve, ENOSPC);
     const std::filesystem::path other = folder / "full" / "copy.dng";
-    const CopyRequest request{other, samples, {}, false, std::nullopt};
+    const CheckedCopyRequest request(source, {other, samples, {}, false, std::nullopt});
     std::vector<std::byte> buffer(copyBufferSize);
     EXPECT_EQ(failureOf([&] { writeCopy(SourceImage(source), request, buffer, full); }), "No space left on device");
     EXPECT_TRUE(is_empty(folder / "full"));
@@ -226,7 +226,7 @@ TEST_P(Faults, OfADestinationThatAppearsMeanwhile) {
     late.before(call, [this](const auto& path) {
       if (path == destination) writeText(destination, "somebody else's");
     });
-    const CopyRequest request{destination, samples, {}, false, std::nullopt};
+    const CheckedCopyRequest request(source, {destination, samples, {}, false, std::nullopt});
     std::vector<std::byte> buffer(copyBufferSize);
     EXPECT_EQ(failureOf([&] { writeCopy(SourceImage(source), request, buffer, late); }), "File exists");
     EXPECT_EQ(readText(destination), "somebody else's");
@@ -296,7 +296,8 @@ TEST(CopyOfKnownChanges, IsCaughtWhenTheSourceIsNoLongerWhatWasRead) {
   bytes[static_cast<std::size_t>(builder.segmentOffsets()[0] + 5000)] ^= std::byte{1};
   tools::writeBytes(folder / "source.dng", bytes);
   std::vector<std::byte> buffer(copyBufferSize);
-  const CopyRequest request{folder / "copy.dng", samples, ChangedSamples(runs), false, std::nullopt};
+  const CheckedCopyRequest request(image.url(),
+                                   {folder / "copy.dng", samples, ChangedSamples(runs), false, std::nullopt});
   try {
     writeCopy(image, request, buffer, FileSystem::system());
     FAIL() << "A sample differs";

@@ -396,7 +396,10 @@ TEST_F(OverlappingSegments, HaveAGuardAgainstSegmentsThatAreTooShort) {
   const SourceImage image(source);
   const Samples samples(48);
   const ChangedSamples changed;
-  EXPECT_EQ(failureOf([&] { SourceFormWriter(image, samples, changed); }), "Incomplete DNG file: Output raw segment");
+  EXPECT_EQ(failureOf([&] {
+              SourceFormWriter(image, {samples, image.metadata()}, changed);
+            }),
+            "Incomplete DNG file: Output raw segment");
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ Samples ramp(std::size_t count, unsigned limit) {
 
 std::string refusalOfReading(const InputFile& file, const DNGMetadata& metadata) {
   Samples plane(static_cast<std::size_t>(metadata.pixelCount()));
-  const std::string reading = refusalOf([&] { return RawPlaneSource(file, metadata).readInto(plane), 0; });
+  const std::string reading = refusalOf([&] { return RawPlaneSource(file, metadata).readInto({plane, metadata}), 0; });
   const std::string visiting =
       refusalOf([&] { return RawPlaneSource(file, metadata).forEachRun([](const SampleRun&, const auto&) {}), 0; });
   EXPECT_EQ(reading, visiting);
@@ -79,11 +79,11 @@ TEST_F(RawPlaneSourceTest, MatchesItsOwnSamplesOnly) {
                                     DNGBuilder().bits(16).strips(50), DNGBuilder().bits(16).bigEndian()}) {
     with(DNGBuilder(builder).size(70, 50).samples(all), [&](const InputFile& file, const DNGMetadata& metadata) {
       const RawPlaneSource source(file, metadata);
-      EXPECT_TRUE(source.matches(all));
+      EXPECT_TRUE(source.matches({all, metadata}));
       for (const std::size_t at : {std::size_t{0}, all.size() / 2, all.size() - 1}) {
         Samples other = all;
         other[at] ^= 1U;
-        EXPECT_FALSE(source.matches(other)) << at;
+        EXPECT_FALSE(source.matches({other, metadata})) << at;
       }
     });
   }
@@ -92,8 +92,8 @@ TEST_F(RawPlaneSourceTest, MatchesItsOwnSamplesOnly) {
 TEST_F(RawPlaneSourceTest, MatchesLinearSamples) {
   with(DNGBuilder().size(2, 1).linearization({5, 60}).samples({1, 0}),
        [](const InputFile& file, const DNGMetadata& metadata) {
-         EXPECT_TRUE(RawPlaneSource(file, metadata).matches(Samples{60, 5}));
-         EXPECT_FALSE(RawPlaneSource(file, metadata).matches(Samples{1, 0}));
+         EXPECT_TRUE(RawPlaneSource(file, metadata).matches({Samples{60, 5}, metadata}));
+         EXPECT_FALSE(RawPlaneSource(file, metadata).matches({Samples{1, 0}, metadata}));
        });
 }
 
@@ -107,7 +107,7 @@ TEST_F(RawPlaneSourceTest, ReadsImagesOfManySlices) {
         DNGBuilder().bits(12).strips(16).segmentsInReverseOrder()}) {
     with(DNGBuilder(builder).size(1601, 1501).samples(all), [&](const InputFile& file, const DNGMetadata& metadata) {
       Samples plane(all.size());
-      RawPlaneSource(file, metadata).readInto(plane);
+      RawPlaneSource(file, metadata).readInto({plane, metadata});
       EXPECT_TRUE(plane == all);
     });
   }
@@ -119,7 +119,7 @@ TEST_F(RawPlaneSourceTest, ReadsStripsThatShareTheirBytes) {
     for (std::int64_t& offset : metadata.sourceEncoding->offsets)
       offset = metadata.sourceEncoding->offsets.back();
     Samples plane(120, 1);
-    RawPlaneSource(file, metadata).readInto(plane);
+    RawPlaneSource(file, metadata).readInto({plane, metadata});
     EXPECT_EQ(plane, Samples(120, 0));
   });
 }
