@@ -1,5 +1,5 @@
 // Any bytes that have metadata: the decoder and the bit-by-bit reader give the same samples or the same refusal, and
-// the file matches the samples that were read from it.
+// visiting the samples gives those that were read.
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
 #include "dng/samples/RawPlaneSource.h"
@@ -25,6 +25,14 @@ std::string outcome(std::vector<std::uint16_t>& samples, Read read) {
   }
 }
 
+void requireVisits(const InputFile& file, const DNGMetadata& metadata, const std::vector<std::uint16_t>& samples) {
+  const ConstPlaneView plane(samples, metadata);
+  RawPlaneSource(file, metadata).forEachRun([&](const SampleRun& run, std::span<const std::uint16_t> visited) {
+    const auto read = plane.run(run);
+    fuzz::require(std::equal(visited.begin(), visited.end(), read.begin(), read.end()));
+  });
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -44,6 +52,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   });
   fuzz::require(fastError == naiveError);
   fuzz::require(fast == naive);
-  if (fastError.empty()) fuzz::require(RawPlaneSource(InputFile(path), metadata).matches({fast, metadata}));
+  if (fastError.empty()) requireVisits(InputFile(path), metadata, fast);
   return 0;
 }

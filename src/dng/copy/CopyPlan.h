@@ -29,6 +29,7 @@ struct DirectoryImage {
 struct CopyPlan {
   std::int64_t length = 0;                 ///< of the whole copy
   std::optional<std::int64_t> rawSegment;  ///< where plain 16-bit samples are appended; absent in the source form
+  std::int64_t rawDirectory = 0;           ///< where the directory that describes those is appended
   std::vector<CopyRange> values;           ///< values of the source that are appended again
   std::vector<FilePatch> patches;          ///< written last, in this order
 };

@@ -59,7 +59,7 @@ class Planner {
   void planRawImage() {
     plan_.rawSegment = reserve(plan_, 2 * source_.metadata().pixelCount());
     rawDirectory_ = reencodedDirectory(source_, *plan_.rawSegment);
-    rawDirectoryOffset_ = reserve(plan_, rawDirectory_->length());
+    plan_.rawDirectory = reserve(plan_, rawDirectory_->length());
   }
 
   void planExposure(double seconds) {
@@ -70,9 +70,9 @@ class Planner {
 
   void buildRawDirectory() {
     const std::int64_t next = source_.container().uint(source_.rawDirectory().nextPointer, 4);
-    append(plan_, rawDirectory_->build(rawDirectoryOffset_, next));
+    append(plan_, rawDirectory_->build(plan_.rawDirectory, next));
     FilePatch pointer{source_.encoding().parentPointer, std::vector<std::byte>(4)};
-    storeInteger(pointer.bytes, rawDirectoryOffset_, little_);
+    storeInteger(pointer.bytes, plan_.rawDirectory, little_);
     plan_.patches.push_back(std::move(pointer));
   }
 
@@ -100,7 +100,6 @@ class Planner {
   bool little_;
   CopyPlan plan_;
   std::optional<DirectoryBuilder> rawDirectory_;
-  std::int64_t rawDirectoryOffset_ = 0;
   std::optional<DirectoryBuilder> exif_;
   std::int64_t exifOffset_ = 0;
 };
@@ -115,6 +114,24 @@ bool takesReencodedForm(const DNGMetadata& metadata, bool preserveEncoding) {
 
 CopyPlan planCopy(const SourceImage& source, bool reencoded, std::optional<double> exposure) {
   return Planner(source, reencoded, exposure).finish();
+}
+
+DNGMetadata plannedMetadata(const SourceImage& source, const CopyPlan& plan) {
+  DNGMetadata metadata = source.metadata();
+  if (!plan.rawSegment) return metadata;
+  metadata.bitsPerSample = 16;
+  metadata.packing = RawPacking::littleEndian16;
+  metadata.rowsPerStrip = metadata.rawHeight;
+  metadata.rawOffset = static_cast<std::uint64_t>(*plan.rawSegment);
+  metadata.rawByteCount = 2 * metadata.pixelCount();
+  DNGSourceEncoding& encoding = *metadata.sourceEncoding;
+  encoding.ifdOffset = plan.rawDirectory;
+  encoding.offsets = {*plan.rawSegment};
+  encoding.byteCounts = {metadata.rawByteCount};
+  encoding.fillOrder = 1;
+  encoding.linearization.clear();
+  encoding.whiteLevels = {metadata.whiteLevel};
+  return metadata;
 }
 
 }  // namespace tessaly

@@ -21,4 +21,7 @@ namespace tessaly {
 /// invalid("DNG size limit (2 GB)") for one that the reader would refuse.
 [[nodiscard]] CopyPlan planCopy(const SourceImage& source, bool reencoded, std::optional<double> exposure);
 
+/// What the reader must say of the copy; an exposure that is put in aside.
+[[nodiscard]] DNGMetadata plannedMetadata(const SourceImage& source, const CopyPlan& plan);
+
 }  // namespace tessaly

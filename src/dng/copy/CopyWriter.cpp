@@ -64,9 +64,11 @@ class Copy {
       file.writeAt(patch.offset, patch.bytes);
   }
 
+  // Every sample, so that a source that is no longer what was read is noticed too.
   void verify(const PartialFile& file) const {
     const InverseLinearization* const inverse = sourceForm_ ? sourceForm_->inverse() : nullptr;
-    verifyCopy(file.path(), {source_.metadata(), plane_, inverse});
+    const WrittenSamples written = [this](const SampleRun& run) { return plane_.run(run); };
+    verifyCopy(file.path(), {source_, plan_, written, ChangedSamples(), inverse});
   }
 
  private:

@@ -1,6 +1,7 @@
 #include "dng/copy/SourceFormWriter.h"
 
 #include "dng/DNGError.h"
+#include "dng/copy/SegmentOrder.h"
 #include "dng/copy/SourceBytes.h"
 #include "dng/samples/SamplePacker.h"
 #include "dng/samples/SampleUnpacker.h"
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <cassert>
-#include <numeric>
 
 namespace tessaly {
 namespace {
@@ -53,23 +53,13 @@ void SourceFormWriter::requireDepth() const {
   if (!allFit) throw DNGError::invalid("Sample exceeds source bit depth");
 }
 
+// Segments that overlap, as only a damaged file has them, are written one over the other; the verification tells.
 void SourceFormWriter::write(PartialFile& file, bool isClone, std::span<std::byte> buffer) {
   assert(std::ssize(buffer) >= layout_.rowBytes());
   isClone_ = isClone;
-  for (const std::int64_t index : segmentsInFileOrder())
+  for (const std::int64_t index : segmentsInFileOrder(source_.encoding()))
     writeSegment(file, layout_.segment(index), buffer);
   copyUpTo(file, source_.container().file().size(), buffer);
-}
-
-// Segments that overlap, as only a damaged file has them, are written one over the other; the verification tells.
-std::vector<std::int64_t> SourceFormWriter::segmentsInFileOrder() const {
-  const std::vector<std::int64_t>& offsets = source_.encoding().offsets;
-  std::vector<std::int64_t> order(offsets.size());
-  std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(), [&](std::int64_t a, std::int64_t b) {
-    return offsets[static_cast<std::size_t>(a)] < offsets[static_cast<std::size_t>(b)];
-  });
-  return order;
 }
 
 void SourceFormWriter::writeSegment(PartialFile& file, const Segment& segment, std::span<std::byte> buffer) {
@@ -154,13 +144,9 @@ void SourceFormWriter::patch(std::span<std::byte> row, const Segment& segment, c
   packSamples(format_, codes_, bytes);
 }
 
-// With a table a sample that has not changed keeps its code, which need not be the one that the way back would give.
 void SourceFormWriter::replaceCodes(std::span<const std::uint16_t> samples, std::span<std::uint16_t> codes) const {
-  const std::vector<std::uint16_t>& table = source_.encoding().linearization;
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    const bool isUnchanged = inverse_ && codes[i] < table.size() && table[codes[i]] == samples[i];
-    if (!isUnchanged) codes[i] = inverse_ ? inverse_->code(samples[i]) : samples[i];
-  }
+  for (std::size_t i = 0; i < samples.size(); ++i)
+    codes[i] = inverse_ ? inverse_->code(samples[i], codes[i]) : samples[i];
 }
 
 }  // namespace tessaly

@@ -44,7 +44,6 @@ class SourceFormWriter {
   [[nodiscard]] bool planeHoldsStoredRows() const;
   void requireSegments() const;
   void requireDepth() const;
-  [[nodiscard]] std::vector<std::int64_t> segmentsInFileOrder() const;
   void writeSegment(PartialFile& file, const Segment& segment, std::span<std::byte> buffer);
   [[nodiscard]] std::int64_t endOfGroup(const Segment& segment, std::int64_t row, std::int64_t mostRows) const;
   void writeRows(PartialFile& file, const Segment& segment, const Rows& rows, std::span<std::byte> buffer);

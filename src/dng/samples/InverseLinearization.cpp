@@ -16,7 +16,8 @@ bool isMonotonic(std::span<const std::uint16_t> table) {
 
 }  // namespace
 
-InverseLinearization::InverseLinearization(std::span<const std::uint16_t> table, std::int64_t bits) {
+InverseLinearization::InverseLinearization(std::span<const std::uint16_t> table, std::int64_t bits)
+    : table_(table.begin(), table.end()) {
   assert(!table.empty());
   requireSupportedBitDepth(bits);
   if (!isMonotonic(table)) throw DNGError::unsupported("Inverse nonmonotonic LinearizationTable");

@@ -23,6 +23,12 @@ class InverseLinearization {
   /// The code that stands for a sample.
   [[nodiscard]] std::uint16_t code(std::uint16_t sample) const { return nearest(sample).code; }
 
+  /// The same where `stored` stood: a code that stands for the sample already is kept, although another of the same
+  /// value may be smaller.
+  [[nodiscard]] std::uint16_t code(std::uint16_t sample, std::uint16_t stored) const {
+    return stored < table_.size() && table_[stored] == sample ? stored : code(sample);
+  }
+
   /// The sample that is read back where `sample` was written.
   [[nodiscard]] std::uint16_t readBack(std::uint16_t sample) const { return nearest(sample).value; }
 
@@ -34,6 +40,7 @@ class InverseLinearization {
 
   [[nodiscard]] const Step& nearest(std::uint16_t sample) const;
 
+  std::vector<std::uint16_t> table_;
   std::vector<Step> steps_;  // by rising value
 };
 

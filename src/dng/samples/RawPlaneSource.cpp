@@ -7,7 +7,6 @@
 #include "dng/samples/StoredRows.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace tessaly {
 namespace {
@@ -60,40 +59,14 @@ void RawPlaneSource::readInto(PlaneView plane, const WantedSamples& wanted) cons
 }
 
 void RawPlaneSource::forEachRun(const RunVisitor& visit) const {
-  RawSamples linear;
-  forEachStoredRun([&](const SampleRun& run, std::span<const std::uint16_t> codes) {
-    linear.assign(codes.begin(), codes.end());
-    linearize(metadata_.sourceEncoding->linearization, linear);
-    visit(run, linear);
-  });
-}
-
-void RawPlaneSource::forEachStoredRun(const RunVisitor& visit) const {
   const SampleFormat format = SampleFormat::of(metadata_);
-  RawSamples codes;
+  RawSamples samples;
   forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
-    codes.resize(static_cast<std::size_t>(run.count));
-    unpackSamples(format, bytes, codes);
-    visit(run, codes);
+    samples.resize(static_cast<std::size_t>(run.count));
+    unpackSamples(format, bytes, samples);
+    linearize(metadata_.sourceEncoding->linearization, samples);
+    visit(run, samples);
   });
-}
-
-bool RawPlaneSource::matches(ConstPlaneView plane) const {
-  bool equal = true;
-  const RunVisitor compare = [&](const SampleRun& run, std::span<const std::uint16_t> samples) {
-    equal = equal && std::ranges::equal(samples, plane.run(run));
-  };
-  if (!metadata_.sourceEncoding->linearization.empty()) {
-    forEachRun(compare);
-  } else if (!SampleFormat::of(metadata_).isNative()) {
-    forEachStoredRun(compare);
-  } else {
-    forEachStoredRow(file_, metadata_, [&](const SampleRun& run, std::span<const std::byte> bytes) {
-      const std::span<const std::uint16_t> samples = plane.run(run);
-      equal = equal && std::memcmp(bytes.data(), samples.data(), samples.size_bytes()) == 0;
-    });
-  }
-  return equal;
 }
 
 }  // namespace tessaly

@@ -34,12 +34,6 @@ class RawPlaneSource {
   /// Visits every sample of the image once, after linearization: segment after segment, row after row in each.
   void forEachRun(const RunVisitor& visit) const;
 
-  /// The same with the codes as they are stored, before the linearization table.
-  void forEachStoredRun(const RunVisitor& visit) const;
-
-  /// Whether the file holds exactly the samples of this plane.
-  [[nodiscard]] bool matches(ConstPlaneView plane) const;
-
  private:
   const InputFile& file_;
   const DNGMetadata& metadata_;

@@ -162,6 +162,45 @@ TEST_P(Faults, OfAMediumThatReturnsOtherSamples) {
   }
 }
 
+// Of tags, names, gaps and appended blocks as well, whatever they mean.
+TEST_P(Faults, OfAMediumThatReturnsAnyOtherByte) {
+  std::size_t length = 0;
+  whenItIsOnTheMedium([&](const auto& copy) { length = file_size(copy); });
+  EXPECT_EQ(failure(), "");
+  remove(destination);
+  for (std::size_t place = 0; place < length; place += place < 600 || place > length - 600 ? 1 : 61) {
+    whenItIsOnTheMedium([&](const auto& copy) {
+      std::vector<std::byte> bytes = readBytes(copy);
+      bytes[place] ^= std::byte{1} << (place % 8);
+      tools::writeBytes(copy, bytes);
+    });
+    EXPECT_NE(failure(), "") << place;
+    expectNothingLeft();
+  }
+}
+
+TEST_P(Faults, OfAMediumThatReturnsAnotherLength) {
+  for (const int difference : {-1, 1, 5, 5000}) {
+    whenItIsOnTheMedium([&](const auto& copy) {
+      const auto length = static_cast<std::intmax_t>(file_size(copy)) + difference;
+      resize_file(copy, static_cast<std::uintmax_t>(length));
+    });
+    EXPECT_NE(failure(), "") << difference;
+    if (difference > 0) EXPECT_EQ(failure(), verificationFailed);
+    expectNothingLeft();
+  }
+}
+
+TEST_P(Faults, OfAMediumThatReturnsAnotherName) {
+  whenItIsOnTheMedium([](const auto& copy) {
+    std::string text = readText(copy);
+    text[text.find("Tessaly Test Camera")] = 'U';
+    writeText(copy, text);
+  });
+  EXPECT_EQ(failure(), verificationFailed);
+  expectNothingLeft();
+}
+
 TEST_P(Faults, OfAMediumThatReturnsAnotherImage) {
   whenItIsOnTheMedium([](const auto& copy) { DNGBuilder().size(63, 48).write(copy); });
   EXPECT_EQ(failure(), verificationFailed);
