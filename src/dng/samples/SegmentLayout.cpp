@@ -47,18 +47,4 @@ std::int64_t SegmentLayout::byteCount(std::int64_t index) const {
   return segment(index).storedRows * rowBytes_;
 }
 
-std::vector<StoredRun> SegmentLayout::storedRuns(const SampleRun& run) const {
-  assert(run.row >= 0 && run.row < rawHeight_ && run.column >= 0 && run.column + run.count <= rawWidth_);
-  std::vector<StoredRun> pieces;
-  const std::int64_t end = run.column + run.count;
-  for (std::int64_t column = run.column; column < end;) {
-    const std::int64_t across = column / segmentWidth_;
-    const std::int64_t pieceEnd = std::min(end, (across + 1) * segmentWidth_);
-    const std::int64_t segment = run.row / segmentHeight_ * across_ + across;
-    pieces.push_back({{run.row, column, pieceEnd - column}, segment, run.row % segmentHeight_, column % segmentWidth_});
-    column = pieceEnd;
-  }
-  return pieces;
-}
-
 }  // namespace tessaly

@@ -10,12 +10,9 @@
 #pragma once
 
 #include "dng/DNGMetadata.h"
-#include "dng/RawPlane.h"
-#include "dng/samples/SampleFormat.h"
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 namespace tessaly {
 
@@ -29,16 +26,6 @@ struct Segment {
   std::int64_t storedRows = 0;  ///< rows that its bytes must hold: tiles store their padding rows, strips have none
 
   bool operator==(const Segment&) const = default;
-};
-
-/// The part of a run of samples that lies in one segment.
-struct StoredRun {
-  SampleRun run;                  ///< in raw coordinates
-  std::int64_t segment = 0;       ///< index of the strip or tile
-  std::int64_t rowInSegment = 0;  ///< 0 is the segment's first stored row
-  std::int64_t firstColumn = 0;   ///< column within the stored row: sample i of the run is its column firstColumn + i
-
-  bool operator==(const StoredRun&) const = default;
 };
 
 class SegmentLayout {
@@ -73,10 +60,6 @@ class SegmentLayout {
 
   /// The fewest bytes that a segment may have.
   [[nodiscard]] std::int64_t byteCount(std::int64_t index) const;
-
-  /// The stored pieces of a run of samples, from left to right: one for strips, one a tile for tiles. The piece's row
-  /// starts at file offset offsets[segment] + rowInSegment × rowBytes().
-  [[nodiscard]] std::vector<StoredRun> storedRuns(const SampleRun& run) const;
 
  private:
   std::int64_t rawWidth_;

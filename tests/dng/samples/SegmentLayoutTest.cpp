@@ -54,21 +54,6 @@ TEST(SegmentLayout, StaysExactAtTheLimits) {
   EXPECT_EQ(layout.byteCount(0), 20'000'000'000);
 }
 
-TEST(SegmentLayout, FindsARunInItsStrip) {
-  EXPECT_EQ(strips(100, 10, 16, 4).storedRuns({9, 20, 30}), (std::vector<StoredRun>{{{9, 20, 30}, 2, 1, 20}}));
-}
-
-TEST(SegmentLayout, SplitsARunAtTileBorders) {
-  EXPECT_EQ(tiles(100, 40, 32, 16).storedRuns({17, 30, 70}),
-            (std::vector<StoredRun>{
-                {{17, 30, 2}, 4, 1, 30}, {{17, 32, 32}, 5, 1, 0}, {{17, 64, 32}, 6, 1, 0}, {{17, 96, 4}, 7, 1, 0}}));
-}
-
-TEST(SegmentLayout, LeavesARunWithinOneTileWhole) {
-  EXPECT_EQ(tiles(100, 40, 32, 16).storedRuns({0, 32, 32}), (std::vector<StoredRun>{{{0, 32, 32}, 1, 0, 0}}));
-  EXPECT_EQ(tiles(100, 40, 32, 16).storedRuns({0, 5, 0}), std::vector<StoredRun>{});
-}
-
 TEST(SegmentLayout, FollowsARecord) {
   DNGMetadata metadata;
   metadata.rawWidth = 100;
