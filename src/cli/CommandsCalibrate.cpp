@@ -1,7 +1,10 @@
 // calibrate FOLDER_OR_FILES…: from calibration frames to candidates, a preview and a profile.
 #include "calibration/CalibrationEngine.h"
-#include "calibration/review/CandidateSelection.h"
 #include "calibration/review/Inspection.h"
+#include "calibration/review/InvalidInput.h"
+#include "calibration/review/NumberParsing.h"
+#include "calibration/review/Preselection.h"
+#include "calibration/review/ProfileBuilding.h"
 #include "cli/CalibrationFrames.h"
 #include "cli/CalibrationResultJSON.h"
 #include "cli/Commands.h"

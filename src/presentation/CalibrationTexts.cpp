@@ -1,6 +1,6 @@
 #include "presentation/CalibrationTexts.h"
 
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/Preselection.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
 

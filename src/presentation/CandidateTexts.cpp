@@ -1,6 +1,6 @@
 #include "presentation/CandidateTexts.h"
 
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/PartialColumn.h"
 #include "localization/Localization.h"
 
 #include <fmt/format.h>

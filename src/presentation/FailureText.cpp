@@ -1,7 +1,7 @@
 #include "presentation/FailureText.h"
 
 #include "batch/OutputFolderAccess.h"
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/InvalidInput.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
 #include "profile/CameraProfileJSON.h"

@@ -1,6 +1,6 @@
 #include "presentation/ReviewTexts.h"
 
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/PartialColumn.h"
 #include "localization/Localization.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 #include "batch/OutputFolderAccess.h"
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/InvalidInput.h"
 #include "localization/Localization.h"
 #include "presentation/FailureText.h"
 #include "profile/CameraProfileJSON.h"

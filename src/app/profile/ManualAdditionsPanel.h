@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/widgets/Controls.h"
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/ManualAdditions.h"
 
 #include <QWidget>
 

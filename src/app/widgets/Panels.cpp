@@ -3,7 +3,7 @@
 #include "app/widgets/AlertSheet.h"
 #include "app/widgets/QtText.h"
 #include "app/widgets/WindowState.h"
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/InvalidInput.h"
 #include "localization/Localization.h"
 #include "presentation/FailureText.h"
 
