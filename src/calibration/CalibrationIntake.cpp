@@ -1,6 +1,7 @@
 #include "calibration/CalibrationIntake.h"
 
 #include "calibration/ActiveSamples.h"
+#include "calibration/MosaicSteps.h"
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
 
@@ -18,10 +19,6 @@ namespace {
 constexpr std::int64_t leastActiveWidth = 257;
 constexpr std::int64_t leastActiveHeight = 65;
 constexpr std::int64_t darkLevel = 400;  // of the reference range
-
-// Odd on a mosaic, so that the grid passes over every colour.
-constexpr std::int64_t mosaicStride = 31;
-constexpr std::int64_t linearStride = 32;
 
 using Groups = std::map<std::string, CalibrationGroup>;
 
@@ -48,7 +45,7 @@ void requireSize(const DNGMetadata& reference) {
 
 // The upper median of a coarse grid over the active area; 0 without samples.
 std::uint16_t typicalLevel(std::span<const std::uint16_t> raw, const DNGMetadata& metadata) {
-  const std::int64_t stride = metadata.cfaLayout ? mosaicStride : linearStride;
+  const std::int64_t stride = stepsOf(metadata).levelGrid;
   const ActiveSamples samples = activeSamples(raw, metadata);
   std::vector<std::uint16_t> levels;
   for (std::int64_t y = 0; y < samples.height; y += stride) {

@@ -1,6 +1,7 @@
 #include "calibration/columns/ColumnEvidence.h"
 
 #include "calibration/ActiveSamples.h"
+#include "calibration/MosaicSteps.h"
 #include "calibration/columns/ColumnResidual.h"
 #include "platform/ParallelBands.h"
 
@@ -21,9 +22,8 @@ constexpr double leastBandFraction = 0.2;  // of the column's mean, in every ban
 
 using BandMeans = std::array<std::vector<double>, bandTotal>;
 
-// On a mosaic pairs of rows, so that both rows of the colour cell are seen.
 std::vector<std::int64_t> sampledRows(const DNGMetadata& metadata) {
-  const std::int64_t rowsAtOnce = metadata.cfaLayout ? 2 : 1;
+  const std::int64_t rowsAtOnce = stepsOf(metadata).rowsAtOnce;
   const std::int64_t end = metadata.activeHeight - rowMargin;
   std::vector<std::int64_t> rows;
   for (std::int64_t y = rowMargin; y < end; y += rowStep) {

@@ -1,6 +1,7 @@
 #include "calibration/columns/ColumnResidual.h"
 
 #include "calibration/ActiveSamples.h"
+#include "calibration/MosaicSteps.h"
 #include "calibration/VectorClones.h"
 
 #include <cmath>
@@ -63,7 +64,7 @@ void addResidualRow(const std::uint16_t* __restrict samples, const ResidualScale
 }  // namespace
 
 ResidualScale::ResidualScale(const DNGMetadata& metadata)
-    : offsets(metadata.cfaLayout ? std::array<std::int32_t, 3>{2, 4, 6} : std::array<std::int32_t, 3>{3, 5, 7}),
+    : offsets(stepsOf(metadata).columnPairs),
       tolerance(static_cast<std::int32_t>(std::floor(2 * agreementTolerance(metadata)))),
       signalRange(static_cast<double>(tessaly::signalRange(metadata))) {}
 

@@ -67,7 +67,8 @@ void addResiduals(const std::uint16_t* samples, const ResidualScale& scale, std:
 
 namespace CalibrationEngine {
 
-/// The residual of any sample of a raw plane. Neighbours exist within its raw row only; with fewer than two pairs the
+/// The residual of any sample of a raw plane: the rule itself, for programs that use the engine and as what the fast
+/// road above is tested against. Neighbours exist within its raw row only; with fewer than two pairs the
 /// residual is 0.
 [[nodiscard]] double normalizedColumnResidual(std::span<const std::uint16_t> raw, std::int64_t index,
                                               const DNGMetadata& metadata);

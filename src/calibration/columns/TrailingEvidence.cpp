@@ -1,5 +1,6 @@
 #include "calibration/columns/TrailingEvidence.h"
 
+#include "calibration/MosaicSteps.h"
 #include "calibration/columns/ColumnResidual.h"
 #include "calibration/columns/OrderStatistics.h"
 #include "platform/ParallelBands.h"
@@ -22,11 +23,6 @@ constexpr std::int64_t bottomMargin = 8;
 constexpr std::array<std::int64_t, 9> columnOffsets{0, -24, -18, -12, -6, 6, 12, 18, 24};
 constexpr std::int64_t farthestColumn = 24;
 
-// An odd step on a mosaic, so that both rows of the colour cell take turns.
-std::int64_t rowStep(const DNGMetadata& metadata) {
-  return metadata.cfaLayout ? 7 : 8;
-}
-
 std::int64_t firstRow(const TrailSeed& seed) {
   return seed.y + rowsSkippedBelowSeed;
 }
@@ -36,7 +32,7 @@ std::int64_t endRow(const DNGMetadata& metadata) {
 }
 
 std::int64_t rowCount(const TrailSeed& seed, const DNGMetadata& metadata) {
-  const std::int64_t step = rowStep(metadata);
+  const std::int64_t step = stepsOf(metadata).trailRow;
   return std::max<std::int64_t>((endRow(metadata) - firstRow(seed) + step - 1) / step, 0);
 }
 
@@ -65,11 +61,11 @@ using ColumnSums = std::array<double, columnOffsets.size()>;
 std::vector<ColumnSums> columnSums(std::span<const std::uint16_t> raw, std::span<const TrailSeed> seeds,
                                    const TrailRows& rows, const DNGMetadata& metadata) {
   const ResidualScale scale(metadata);
-  const std::int64_t nextRow = rowStep(metadata) * metadata.rawWidth;
+  const std::int64_t nextRow = stepsOf(metadata).trailRow * metadata.rawWidth;
   std::vector<ColumnSums> sums(seeds.size());
   for (std::int64_t row = metadata.activeY; row < rows.end(); ++row) {
     const std::uint16_t* const start = raw.data() + row * metadata.rawWidth;
-    const bool hasNext = row + rowStep(metadata) < rows.end();
+    const bool hasNext = row + stepsOf(metadata).trailRow < rows.end();
     rows.forEachSeed(row, [&](std::size_t seed) {
       if (hasNext) prefetchColumns(start + nextRow + seeds[seed].x);
       for (std::size_t column = 0; column < columnOffsets.size(); ++column)
@@ -118,7 +114,7 @@ TrailFrameEvidence trailFrameEvidence(std::span<const std::uint16_t> raw, std::s
 }
 
 TrailRows::TrailRows(std::span<const TrailSeed> seeds, std::size_t first, std::size_t last, const DNGMetadata& metadata)
-    : end_(endRow(metadata)), entries_(static_cast<std::size_t>(rowStep(metadata))) {
+    : end_(endRow(metadata)), entries_(static_cast<std::size_t>(stepsOf(metadata).trailRow)) {
   for (std::size_t seed = first; seed < last; ++seed) {
     const std::int64_t row = firstRow(seeds[seed]);
     entries_[static_cast<std::size_t>(row) % entries_.size()].push_back({seed, row});

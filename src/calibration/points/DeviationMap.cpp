@@ -1,6 +1,7 @@
 #include "calibration/points/DeviationMap.h"
 
 #include "calibration/ActiveSamples.h"
+#include "calibration/MosaicSteps.h"
 #include "calibration/points/DeviationRows.h"
 #include "platform/ParallelBands.h"
 
@@ -42,7 +43,7 @@ void DeviationMap::add(std::span<const std::uint16_t> raw) {
 }
 
 void DeviationMap::addRow(std::span<const std::uint16_t> raw, std::int64_t y) {
-  const std::int64_t distance = metadata_.cfaLayout ? 2 : 1;
+  const std::int64_t distance = stepsOf(metadata_).sameColour;
   const ActiveSamples samples = activeSamples(raw, metadata_);
   const NeighbourRows rows{samples.row(y - distance) + margin, samples.row(y) + margin,
                            samples.row(y + distance) + margin, distance, width() - 2 * margin};

@@ -1,5 +1,6 @@
 #include "calibration/points/SpotSearch.h"
 
+#include "calibration/MosaicSteps.h"
 #include "calibration/points/Anomalies.h"
 
 #include <algorithm>
@@ -66,7 +67,7 @@ std::int64_t radius(std::int64_t least, std::int64_t greatest) {
 class SpotSearch {
  public:
   explicit SpotSearch(DeviationMap& map)
-      : map_(map), thresholds_(anomalyThresholds(map)), reach_(map.metadata().cfaLayout ? 1 : 2) {}
+      : map_(map), thresholds_(anomalyThresholds(map)), reach_(stepsOf(map.metadata()).shadowReach) {}
 
   PointFindings search() {
     PointFindings findings;
