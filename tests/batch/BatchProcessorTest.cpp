@@ -642,9 +642,15 @@ TEST(BatchProcessor, MayBeDroppedByItsOwnCompletion) {
 
 TEST(BatchProcessor, SurvivesACompletionThatThrows) {
   const BatchFolders folders({"a.dng"});
-  BatchProcessor processor(pretending());
-  processor.process(folders.input, folders.output, {}, 1, withoutLog, nullptr,
-                    [](const BatchSummary&) { throw std::runtime_error("listener"); });
+  std::atomic<int> completions = 0;
+  {
+    BatchProcessor processor(pretending());
+    processor.process(folders.input, folders.output, {}, 1, withoutLog, nullptr, [&](const BatchSummary&) {
+      ++completions;
+      throw std::runtime_error("listener");
+    });
+  }
+  EXPECT_EQ(completions, 1);
 }
 
 TEST(BatchProcessor, CompletesWithAFailureOfTheWholeBatchToo) {

@@ -36,8 +36,12 @@ TEST(WorkQueue, CanBeUsedAgainAfterWaiting) {
 }
 
 TEST(WorkQueue, WaitsForNothingWhenNothingWasSubmitted) {
+  std::atomic<bool> hasRun = false;
   WorkQueue queue("test", 4);
   queue.wait();
+  queue.submit([&](std::size_t) { hasRun = true; });
+  queue.wait();
+  EXPECT_TRUE(hasRun) << "the wait for nothing left the queue usable";
 }
 
 TEST(WorkQueue, RunsAsManyAtOnceAsAskedAndNoMore) {
