@@ -336,18 +336,24 @@ FrameFolder::Change noisyFrame(std::uint32_t seed, const FrameFolder::Change& ch
   };
 }
 
-FrameFolder columnFrames() {
-  FrameFolder folder(400, 220);
-  const auto defects = [](const FrameFolder::Sample& sample) {
+// A column, and a pixel of which a trail hangs.
+FrameFolder::Change columnDefects(int trail) {
+  return [trail](const FrameFolder::Sample& sample) {
     for (std::int64_t y = 0; y < 220; ++y)
       sample(180, y) = static_cast<std::uint16_t>(sample(180, y) + 40);
     sample(240, 90) = 12000;
     for (std::int64_t y = 91; y < 220; ++y)
-      sample(240, y) = static_cast<std::uint16_t>(sample(240, y) - 30);
+      sample(240, y) = static_cast<std::uint16_t>(sample(240, y) + trail);
   };
+}
+
+// Three frames of each exposure, which may be the same one.
+FrameFolder columnFrames(const FrameExposure& laterExposure = slow, int laterTrail = -30) {
+  FrameFolder folder(400, 220);
   for (std::uint32_t frame = 0; frame < 6; ++frame) {
-    const FrameExposure& exposure = frame < 3 ? fast : slow;
-    folder.add("frame-" + std::to_string(frame) + ".dng", bright, exposure, noisyFrame(frame, defects));
+    const bool isLater = frame >= 3;
+    folder.add("frame-" + std::to_string(frame) + ".dng", bright, isLater ? laterExposure : fast,
+               noisyFrame(frame, columnDefects(isLater ? laterTrail : -30)));
   }
   return folder;
 }
@@ -372,6 +378,26 @@ TEST(CalibrationEngine, ReportsColumnsThenPartialColumnsThenPixels) {
   const auto pixels = ofKind(Kind::pixel, result);
   ASSERT_FALSE(pixels.empty());
   EXPECT_EQ(pixels[0].x, 244) << "the seed of the partial column stays a candidate";
+}
+
+TEST(CalibrationEngine, ReportsColumnsButNoPartialOnesAndNoPixelsOfOneExposure) {
+  const CalibrationResult result = analyze(columnFrames(fast).urls(), ignore);
+  EXPECT_EQ(result.lineEvidenceFrameCount, 6);
+  EXPECT_EQ(result.lineExposureGroupCount, 1);
+  ASSERT_THAT(result.candidates, SizeIs(1));
+  EXPECT_EQ(result.candidates[0].kind, Kind::line);
+  EXPECT_EQ(result.candidates[0].x, 184);
+  EXPECT_EQ(result.candidates[0].exposureGroupCount, 1);
+  EXPECT_TRUE(result.candidates[0].evidenceSigma.has_value());
+}
+
+TEST(CalibrationEngine, KeepsThePixelOfATrailThatOneExposureShows) {
+  const CalibrationResult result = analyze(columnFrames(slow, 0).urls(), ignore);
+  const auto at = [](Kind kind) {
+    return [kind](const CalibrationCandidate& candidate) { return candidate.kind == kind && candidate.x == 244; };
+  };
+  EXPECT_EQ(std::ranges::count_if(result.candidates, at(Kind::pixel)), 1);
+  EXPECT_EQ(std::ranges::count_if(result.candidates, at(Kind::line)), 0);
 }
 
 TEST(CalibrationEngine, ChecksPartialColumnsInEveryMeasuredGroup) {

@@ -59,13 +59,26 @@ void plantPixels(Sensor& s, Random& random) {
   }
 }
 
+// Anywhere, or within the eight columns beside a border of the active area, which are never measured themselves.
+std::int64_t columnPlace(const Sensor& s, Random& random) {
+  const std::int64_t last = s.activeX + s.activeWidth - 1;
+  if (!random.oneIn(3)) return random.between(s.activeX, last);
+  return random.oneIn(2) ? s.activeX + random.upTo(7) : last - random.upTo(7);
+}
+
+// Faint ones of some levels, strong ones of 0.1 to 5 % of the range, and ones that see 0.3 to 2 times the light.
 void plantColumns(Sensor& s, Random& random) {
+  const std::int64_t range = s.white - s.black;
   for (std::int64_t i = random.between(0, 5); i > 0; --i) {
-    const std::int64_t x = random.between(s.activeX, s.activeX + s.activeWidth - 1);
+    const std::int64_t x = columnPlace(s, random);
     const std::int64_t from = random.oneIn(2) ? 0 : random.between(0, s.height - 1);
-    const std::int64_t value = random.between(-40, 40);
-    for (std::int64_t y = from; y < s.height; ++y)
+    const std::int64_t strong = (random.oneIn(2) ? 1 : -1) * range * random.between(1, 50) / 1000;
+    const std::int64_t value = random.oneIn(3) ? random.between(-40, 40) : strong;
+    const std::int64_t gain = random.oneIn(2) ? 1000 : random.between(300, 2000);
+    for (std::int64_t y = from; y < s.height; ++y) {
       s.offset[static_cast<std::size_t>(y * s.width + x)] += value;
+      s.gainPermille[static_cast<std::size_t>(y * s.width + x)] = gain;
+    }
     if (from > 0) s.offset[static_cast<std::size_t>(from * s.width + x)] += random.between(200, 900);
   }
 }

@@ -117,6 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(TheOrderOfPhrasesCounts, UnsupportedReason,
                          testing::Values(Rejection{"CFA with lossless JPEG", RejectionReason::losslessJPEG},
+                                         Rejection{"Proprietary RAW with lossless JPEG", RejectionReason::losslessJPEG},
                                          Rejection{"UInt16 FillOrder", RejectionReason::fillOrder},
                                          Rejection{"bit depth in DNGVersion", RejectionReason::container},
                                          Rejection{"Planar Bayer", RejectionReason::nonBayer}));
@@ -126,7 +127,8 @@ INSTANTIATE_TEST_SUITE_P(LettersCountToo, UnsupportedReason,
                                          Rejection{"lossy JPEG", RejectionReason::unsupported},
                                          Rejection{"Photometric", RejectionReason::unsupported},
                                          Rejection{"planar", RejectionReason::unsupported},
-                                         Rejection{"A Proprietary RAW", RejectionReason::unsupported}));
+                                         Rejection{"A Proprietary RAW", RejectionReason::unsupported},
+                                         Rejection{"Proprietary RAW of a newer body", RejectionReason::unsupported}));
 
 TEST(RejectionReason, OfMostCasesIsTheCase) {
   EXPECT_EQ(DNGError::unreadable("lossless JPEG").rejectionReason(), RejectionReason::unreadable);

@@ -26,6 +26,15 @@ TEST(RepairEngine, LeavesEverySampleOfAnEmptyProfileEvenAboveWhite) {
   EXPECT_EQ(sensor.samples, before);
 }
 
+TEST(RepairEngine, TakesAProfileThatSaysNothingOfSpotsForOneWithout) {
+  SmallSensor sensor(20, 10);
+  sensor.at(9, 5) = 4000;
+  sensor.profile.pixels = {{9, 5, 1.0, ""}};
+  sensor.profile.spots.reset();
+  EXPECT_EQ(sensor.repair(), (RepairReport{1, 1, 0, 0}));
+  EXPECT_EQ(sensor.at(9, 5), 1000);
+}
+
 TEST(RepairEngine, RefusesAProfileOfAnotherCameraAndTouchesNothing) {
   SmallSensor sensor(20, 10);
   sensor.profile.pixels = {{3, 3, 1.0, ""}};
