@@ -1,6 +1,7 @@
 #include "calibration/CalibrationAnalysis.h"
 
 #include "calibration/CalibrationIntake.h"
+#include "calibration/CalibrationSentences.h"
 #include "calibration/CandidateMerging.h"
 #include "calibration/RawPreview.h"
 #include "calibration/columns/ColumnDefectDetector.h"
@@ -16,19 +17,20 @@
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tessaly::CalibrationEngine {
 namespace {
 
 using Candidates = std::vector<CalibrationCandidate>;
-using Kind = CalibrationCandidate::Kind;
 
 constexpr std::size_t leastFiles = 3;
 constexpr std::int64_t leastBrightFrames = 3;
@@ -45,7 +47,7 @@ class Analysis {
  public:
   Analysis(std::span<const std::filesystem::path> urls, const CalibrationProgressHandler& progress, int threads)
       : progress_(progress), threads_(threads), total_(static_cast<std::int64_t>(urls.size())) {
-    intake_ = readIntake(urls, [this](const std::filesystem::path& url) { report("Reading ", url); });
+    intake_ = readIntake(urls, [this](const std::filesystem::path& url) { report(ProgressMessages::reading, url); });
   }
 
   CalibrationResult run() {
@@ -64,8 +66,8 @@ class Analysis {
   }
 
  private:
-  void report(const char* what, const std::filesystem::path& url) const {
-    if (progress_) progress_({completed_, total_, what + displayName(url)});
+  void report(std::string (*message)(std::string_view), const std::filesystem::path& url) const {
+    if (progress_) progress_({completed_, total_, message(displayName(url))});
   }
 
   void classifyGroups() {
@@ -81,14 +83,25 @@ class Analysis {
 
   void measureGroups() {
     DeviationMap map(intake_.reference, threads_);
-    Candidates pixels;
     for (const CalibrationGroup& group : intake_.groups) {
       if (!group.isMeasured()) continue;
       measureGroup(group, map);
-      for (CalibrationCandidate& candidate : detectPointGroup(map))
-        (candidate.kind == Kind::spot ? spots_ : pixels).push_back(std::move(candidate));
+      for (CalibrationCandidate& point : detectPointGroup(map))
+        keep(std::move(point));
     }
-    pixels_ = mergePixels(pixels);
+    pixels_ = mergePixels(pixels_);
+  }
+
+  // Points are never lines.
+  void keep(CalibrationCandidate point) {
+    switch (point.kind) {
+      case CandidateKind::pixel:
+        return pixels_.push_back(std::move(point));
+      case CandidateKind::spot:
+        return spots_.push_back(std::move(point));
+      case CandidateKind::line:
+        assert(false);
+    }
   }
 
   void measureGroup(const CalibrationGroup& group, DeviationMap& map) {
@@ -99,7 +112,7 @@ class Analysis {
       if (!group.isDark)
         columnEvidence_.push_back(columnFrameEvidence(samples_, group.key, intake_.reference, threads_));
       ++completed_;
-      report("Analyzing ", url);
+      report(ProgressMessages::analyzing, url);
     }
   }
 
@@ -111,7 +124,7 @@ class Analysis {
     for (const CalibrationGroup& group : intake_.groups) {
       if (!group.isMeasured()) continue;
       for (const std::filesystem::path& url : group.urls) {
-        report("Checking partial defective column in ", url);
+        report(ProgressMessages::checkingPartialColumn, url);
         if (seeds.empty()) continue;
         DNGReader::readRaw(url, intake_.reference, wanted, samples_);
         evidence.push_back(trailFrameEvidence(samples_, group.key, seeds, intake_.reference, threads_));
@@ -136,7 +149,7 @@ class Analysis {
   RawSamples samples_;
   std::vector<ColumnFrameEvidence> columnEvidence_;
   Candidates spots_;   // of all groups
-  Candidates pixels_;  // merged
+  Candidates pixels_;  // of all groups, then merged
   CalibrationResult result_;
 };
 

@@ -5,17 +5,14 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <array>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace tessaly {
 namespace {
 
 using nlohmann::ordered_json;
-using Kind = CalibrationCandidate::Kind;
-
-constexpr std::array<std::string_view, 3> kindNames{"pixel", "line", "spot"};  // in the order of the enumeration
 
 [[noreturn]] void fail(const char* key, const char* problem) {
   throw std::invalid_argument(fmt::format("\"{}\" {}", key, problem));
@@ -46,21 +43,29 @@ void decode(const char* key, const ordered_json& json, UUID& value) {
   value = *id;
 }
 
-void decode(const char* key, const ordered_json& json, Kind& value) {
-  for (std::size_t kind = 0; kind < kindNames.size(); ++kind) {
-    if (json != kindNames[kind]) continue;
-    value = static_cast<Kind>(kind);
+// "pixel, line and spot"
+std::string allKinds() {
+  std::string names(candidateKinds.front().name);
+  for (std::size_t i = 1; i < candidateKinds.size(); ++i)
+    names.append(i + 1 < candidateKinds.size() ? ", " : " and ").append(candidateKinds[i].name);
+  return names;
+}
+
+void decode(const char* key, const ordered_json& json, CandidateKind& value) {
+  for (const NamedCandidateKind& known : candidateKinds) {
+    if (json != known.name) continue;
+    value = known.kind;
     return;
   }
-  fail(key, "is none of pixel, line and spot");
+  fail(key, ("is none of " + allKinds()).c_str());
 }
 
 ordered_json encoded(const UUID& id) {
   return id.text();
 }
 
-ordered_json encoded(Kind kind) {
-  return kindNames[static_cast<std::size_t>(kind)];
+ordered_json encoded(CandidateKind kind) {
+  return nameOf(kind);
 }
 
 template <typename Value>

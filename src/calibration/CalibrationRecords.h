@@ -1,6 +1,7 @@
 // What calibration finds and reports: candidates, progress, previews and the result.
 #pragma once
 
+#include "calibration/CandidateKinds.h"
 #include "dng/DNGMetadata.h"
 #include "platform/UUID.h"
 
@@ -15,7 +16,7 @@ namespace tessaly {
 
 /// A sensor defect that the photographer is asked to confirm, in raw coordinates.
 struct CalibrationCandidate {
-  enum class Kind { pixel, line, spot };
+  using Kind = CandidateKind;
 
   UUID id;
   Kind kind = Kind::pixel;
@@ -29,7 +30,7 @@ struct CalibrationCandidate {
   std::optional<double> evidenceSigma;             ///< strength in robust standard deviations (full columns)
   std::optional<double> frameAgreement;            ///< fraction of frames that agree in sign (lines)
   std::optional<std::int64_t> exposureGroupCount;  ///< independent exposure groups that showed the defect (lines)
-  std::string reason;                              ///< English; translated where it is shown
+  std::string reason;                              ///< English (CandidateReasons); translated where it is shown
 
   bool operator==(const CalibrationCandidate&) const = default;
 };

@@ -1,6 +1,6 @@
 #include "calibration/CandidateMerging.h"
 
-#include <fmt/format.h>
+#include "calibration/CalibrationSentences.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -10,8 +10,6 @@
 
 namespace tessaly::CalibrationEngine {
 namespace {
-
-using Kind = CalibrationCandidate::Kind;
 
 constexpr std::size_t leastGroups = 2;
 constexpr double confidencePerGroup = 0.03;
@@ -31,19 +29,14 @@ struct Repetition {
 CalibrationCandidate merged(const Repetition& repetition) {
   CalibrationCandidate pixel;
   pixel.id = UUID::random();
-  pixel.kind = Kind::pixel;
+  pixel.kind = CandidateKind::pixel;
   pixel.x = repetition.best->x;
   pixel.yStart = repetition.best->yStart;
   pixel.yEnd = repetition.best->yEnd;
   const auto repeated = static_cast<double>(repetition.groups - 1);
   pixel.confidence = std::min(repetition.best->confidence + confidencePerGroup * repeated, greatestConfidence);
-  pixel.reason = fmt::format("Repeated in {} independent exposure groups", repetition.groups);
+  pixel.reason = CandidateReasons::repeatedPixel(static_cast<std::int64_t>(repetition.groups));
   return pixel;
-}
-
-int rank(Kind kind) {
-  if (kind == Kind::line) return 0;
-  return kind == Kind::spot ? 1 : 2;
 }
 
 }  // namespace
@@ -61,7 +54,7 @@ std::vector<CalibrationCandidate> mergePixels(std::span<const CalibrationCandida
 
 void orderCandidates(std::vector<CalibrationCandidate>& candidates) {
   const auto key = [](const CalibrationCandidate& candidate) {
-    return std::tuple(rank(candidate.kind), -candidate.confidence, candidate.x, candidate.yStart);
+    return std::tuple(reportRank(candidate.kind), -candidate.confidence, candidate.x, candidate.yStart);
   };
   std::stable_sort(candidates.begin(), candidates.end(),
                    [&key](const auto& left, const auto& right) { return key(left) < key(right); });

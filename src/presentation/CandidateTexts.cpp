@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <cstddef>
 
 namespace tessaly::CandidateTexts {
 namespace {
@@ -22,23 +23,22 @@ std::string radius(const CalibrationCandidate& spot) {
 }  // namespace
 
 Kind kindOf(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
-  if (candidate.kind == CalibrationCandidate::Kind::pixel) return Kind::pixel;
-  if (candidate.kind == CalibrationCandidate::Kind::spot) return Kind::fixedSpot;
+  switch (candidate.kind) {
+    case CandidateKind::pixel:
+      return Kind::pixel;
+    case CandidateKind::spot:
+      return Kind::fixedSpot;
+    case CandidateKind::line:
+      break;
+  }
   return CandidateSelection::isPartialColumn(candidate, metadata) ? Kind::partialColumn : Kind::column;
 }
 
 std::string_view name(Kind kind) {
-  switch (kind) {
-    case Kind::pixel:
-      return "Pixel";
-    case Kind::column:
-      return "Column";
-    case Kind::partialColumn:
-      return "Partial Column";
-    case Kind::fixedSpot:
-      break;
-  }
-  return "Fixed Spot";
+#define TESSALY_NAME(kind, name) name,
+  static constexpr std::array<std::string_view, kinds.size()> names{TESSALY_SHOWN_KINDS(TESSALY_NAME)};
+#undef TESSALY_NAME
+  return names[static_cast<std::size_t>(kind)];
 }
 
 std::string kind(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {

@@ -3,13 +3,24 @@
 
 #include "calibration/CalibrationRecords.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 
+/// The kinds that a photographer tells apart, in the order in which they are shown, with their English names: a column
+/// that begins below the first row is one of its own.
+#define TESSALY_SHOWN_KINDS(make) \
+  make(pixel, "Pixel") make(column, "Column") make(partialColumn, "Partial Column") make(fixedSpot, "Fixed Spot")
+
 namespace tessaly::CandidateTexts {
 
-/// The kinds that a photographer tells apart: a column that begins below the first row is one of its own.
-enum class Kind { pixel, column, partialColumn, fixedSpot };
+#define TESSALY_CASE(kind, name) kind,
+enum class Kind { TESSALY_SHOWN_KINDS(TESSALY_CASE) };
+#undef TESSALY_CASE
+
+#define TESSALY_LISTED(kind, name) Kind::kind,
+inline constexpr std::array kinds{TESSALY_SHOWN_KINDS(TESSALY_LISTED)};
+#undef TESSALY_LISTED
 
 [[nodiscard]] Kind kindOf(const CalibrationCandidate& candidate, const DNGMetadata& metadata);
 

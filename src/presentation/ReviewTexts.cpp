@@ -26,10 +26,15 @@ std::string matchingPixelsIncluded(double pixelConfidence) {
 }
 
 std::string candidateClicked(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
-  using Kind = CalibrationCandidate::Kind;
-  if (candidate.kind == Kind::line) return lineClicked(candidate, metadata);
-  return L(candidate.kind == Kind::spot ? "Spot coordinates and radius filled. Confirm them, then click Add Fixed Spot."
-                                        : "Pixel coordinates filled. Confirm them, then click Add Pixel.");
+  switch (candidate.kind) {
+    case CandidateKind::line:
+      return lineClicked(candidate, metadata);
+    case CandidateKind::spot:
+      return L("Spot coordinates and radius filled. Confirm them, then click Add Fixed Spot.");
+    case CandidateKind::pixel:
+      break;
+  }
+  return L("Pixel coordinates filled. Confirm them, then click Add Pixel.");
 }
 
 std::string columnClicked(std::int64_t x) {

@@ -66,6 +66,8 @@ TEST(CandidateJSON, LeavesOutWhatIsAbsent) {
 }
 
 TEST(CandidateJSON, NamesTheThreeKinds) {
+  for (const auto& [kind, name] : candidateKinds)
+    EXPECT_EQ(candidateFromJSON(changed("kind", name)).kind, kind) << name;
   for (const auto& [kind, name] :
        {std::pair{CalibrationCandidate::Kind::pixel, "pixel"}, std::pair{CalibrationCandidate::Kind::line, "line"},
         std::pair{CalibrationCandidate::Kind::spot, "spot"}}) {

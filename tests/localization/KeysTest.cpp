@@ -1,4 +1,5 @@
-// Every text that the code asks a translation for has one: the literals in L("…") and LF("…"), wherever they stand.
+// Every text that the code asks a translation for has one: the literals in L("…") and LF("…"), wherever they stand, and
+// in sentence("…"), which makes what is translated where it is shown.
 #include "localization/Localization.h"
 #include "support/FileBytes.h"
 
@@ -21,7 +22,7 @@ bool isKey(const std::string& text) {
 
 /// The literals that are the first argument of a lookup, adjacent ones joined.
 std::vector<std::string> keysIn(const std::string& source) {
-  static const std::regex lookup(R"re(\bLF?\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))re");
+  static const std::regex lookup(R"re(\b(?:LF?|sentence)\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))re");
   static const std::regex literal(R"re("((?:[^"\\]|\\.)*)")re");
   std::vector<std::string> keys;
   for (auto call = std::sregex_iterator(source.begin(), source.end(), lookup); call != std::sregex_iterator(); ++call) {
@@ -37,8 +38,8 @@ std::vector<std::string> keysIn(const std::string& source) {
 }
 
 TEST(Keys, AreFoundInTheCode) {
-  EXPECT_EQ(keysIn("x = L(\"a\") + LF(\n  \"b \"\n \"c\\n\", {1}) + CELL(\"d\");"),
-            (std::vector<std::string>{"a", "b c\n"}));
+  EXPECT_EQ(keysIn("x = L(\"a\") + LF(\n  \"b \"\n \"c\\n\", {1}) + CELL(\"d\") + sentence(\"%d e\", 2);"),
+            (std::vector<std::string>{"a", "b c\n", "%d e"}));
 }
 
 TEST(Keys, AllStandInTheTable) {

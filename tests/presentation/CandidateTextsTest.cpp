@@ -1,3 +1,4 @@
+#include "calibration/CalibrationSentences.h"
 #include "localization/Localization.h"
 #include "presentation/CandidateTexts.h"
 
@@ -63,6 +64,13 @@ TEST_F(CandidateTextsTest, NameTheKindInTheLanguageOfTheInterface) {
   EXPECT_EQ(CandidateTexts::kind(spot(3, 3), metadata), "固定斑点");
 }
 
+TEST_F(CandidateTextsTest, HaveATranslatedNameForEachKind) {
+  for (const Kind kind : CandidateTexts::kinds) {
+    const std::string_view name = CandidateTexts::name(kind);
+    EXPECT_TRUE(Localization::findEntry([&](const auto& entry) { return entry.english == name; })) << name;
+  }
+}
+
 TEST_F(CandidateTextsTest, GivePositionsInActiveCoordinates) {
   EXPECT_EQ(CandidateTexts::position(pixel(), metadata), "17, 933");
   EXPECT_EQ(CandidateTexts::position(line(10, 1), metadata), "x 40");
@@ -82,6 +90,21 @@ TEST_F(CandidateTextsTest, TranslateTheReason) {
   CalibrationCandidate candidate = pixel();
   candidate.reason = "Repeated in 3 independent exposure groups";
   EXPECT_EQ(CandidateTexts::reason(candidate), "Répété dans 3 groupes d’exposition indépendants");
+}
+
+TEST_F(CandidateTextsTest, KnowEveryReasonThatCalibrationGives) {
+  namespace Reasons = CandidateReasons;
+  CalibrationCandidate candidate = pixel();
+  for (const std::string& reason :
+       {Reasons::pixelInBrightFrames(), Reasons::pixelInDarkFrames(), Reasons::repeatedPixel(2),
+        Reasons::shadowInBrightFrames(), Reasons::repeatedSpot(3), Reasons::fixedColumn(6.3, 0.97, 3),
+        Reasons::partialColumn(-3.4, 2), Reasons::manuallyAdded(), Reasons::confirmedSpot()}) {
+    candidate.reason = reason;
+    Localization::setLanguageOverride(AppLanguage::english);
+    EXPECT_EQ(CandidateTexts::reason(candidate), reason);
+    Localization::setLanguageOverride(AppLanguage::chinese);
+    EXPECT_NE(CandidateTexts::reason(candidate), reason);
+  }
 }
 
 }  // namespace

@@ -52,9 +52,15 @@ QRectF coveredArea(const CalibrationCandidate& candidate, const DNGMetadata& met
   const auto x = static_cast<double>(candidate.x - metadata.activeX);
   const auto y = static_cast<double>(candidate.yStart - metadata.activeY);
   const auto rows = static_cast<double>(candidate.yEnd - candidate.yStart + 1);
-  if (candidate.kind != Kind::spot) return {x, y, static_cast<double>(candidate.width), rows};
   const auto radiusX = static_cast<double>(candidate.radiusX);
   const auto radiusY = static_cast<double>(candidate.radiusY);
+  switch (candidate.kind) {
+    case Kind::pixel:
+    case Kind::line:
+      return {x, y, static_cast<double>(candidate.width), rows};
+    case Kind::spot:
+      break;
+  }
   return {x - radiusX, y - radiusY, 2 * radiusX + 1, 2 * radiusY + 1};
 }
 
@@ -66,11 +72,18 @@ void MarkerIndex::rebuild(const CandidateStore& store) {
   *this = {};
   for (int row = 0; row < store.count(); ++row) {
     const CalibrationCandidate& candidate = store.at(row);
-    if (candidate.kind == Kind::line) lines_.push_back(row);
-    if (candidate.kind == Kind::spot) spots_.push_back(row);
-    if (candidate.kind != Kind::pixel) continue;
-    pixels_.push_back(row);
-    positions_.push_back(coveredArea(candidate, store.metadata()).center());
+    switch (candidate.kind) {
+      case Kind::line:
+        lines_.push_back(row);
+        break;
+      case Kind::spot:
+        spots_.push_back(row);
+        break;
+      case Kind::pixel:
+        pixels_.push_back(row);
+        positions_.push_back(coveredArea(candidate, store.metadata()).center());
+        break;
+    }
   }
   layOutCells(store.metadata());
   fillCells();

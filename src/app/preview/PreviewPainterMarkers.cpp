@@ -159,10 +159,14 @@ class MarkerPainter {
   QRectF place(int row) const { return transform_.toDevice(coveredArea(candidate(row), scene_.store.metadata())); }
 
   void drawOne(int row) {
-    const Kind kind = candidate(row).kind;
-    if (kind == Kind::line) drawLine(row);
-    if (kind == Kind::spot) drawSpot(row);
-    if (kind == Kind::pixel) drawSelectedPixel(row);
+    switch (candidate(row).kind) {
+      case Kind::line:
+        return drawLine(row);
+      case Kind::spot:
+        return drawSpot(row);
+      case Kind::pixel:
+        return drawSelectedPixel(row);
+    }
   }
 
   void drawLine(int row) {

@@ -1,6 +1,7 @@
 #include "app/profile/CandidatePanel.h"
 
 #include "app/widgets/Metrics.h"
+#include "app/widgets/QtText.h"
 #include "app/widgets/WindowState.h"
 #include "app/widgets/WrapLayout.h"
 #include "presentation/CalibrationTexts.h"
@@ -12,17 +13,21 @@
 namespace tessaly {
 namespace {
 
-using CandidateTexts::Kind;
-
-constexpr Kind kinds[] = {Kind::pixel, Kind::column, Kind::partialColumn, Kind::fixedSpot};
 constexpr const char* headerKey = "tableColumns";
 constexpr int lastColumn = static_cast<int>(candidateColumns.size()) - 1;
+
+QComboBox* kindPopUp() {
+  QComboBox* const popUp = Controls::popUp("Kind", {"All Kinds"});
+  for (const CandidateTexts::Kind kind : CandidateTexts::kinds)
+    popUp->addItem(localized(CandidateTexts::name(kind)));
+  return popUp;
+}
 
 }  // namespace
 
 CandidatePanel::CandidatePanel(CandidateStore& store, QWidget* parent)
     : QWidget(parent),
-      kindFilter(Controls::popUp("Kind", {"All Kinds", "Pixel", "Column", "Partial Column", "Fixed Spot"})),
+      kindFilter(kindPopUp()),
       confidenceThreshold(Controls::field(
           "Pixel confidence ≥", 5, "Select pixels at or above this confidence. Columns and spots still need review.")),
       matchingButton(Controls::button("Select Matching Pixels")),
@@ -68,8 +73,9 @@ void CandidatePanel::layOut() {
 }
 
 void CandidatePanel::connectControls() {
-  connect(kindFilter, &QComboBox::currentIndexChanged, this,
-          [this](int item) { order_->setKind(item > 0 ? std::optional(kinds[item - 1]) : std::nullopt); });
+  connect(kindFilter, &QComboBox::currentIndexChanged, this, [this](int item) {
+    order_->setKind(item > 0 ? std::optional(CandidateTexts::kinds[static_cast<std::size_t>(item) - 1]) : std::nullopt);
+  });
   connect(matchingButton, &QPushButton::clicked, this, &CandidatePanel::matchingRequested);
   connect(confidenceThreshold, &QLineEdit::returnPressed, this, &CandidatePanel::matchingRequested);
   connect(selectAllButton, &QPushButton::clicked, this, [this] { includeAll(true); });

@@ -1,8 +1,7 @@
 #include "calibration/columns/ColumnDefectDetector.h"
 
+#include "calibration/CalibrationSentences.h"
 #include "calibration/columns/OrderStatistics.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
@@ -193,9 +192,7 @@ CalibrationCandidate lineCandidate(const ColumnDetection& detection, const DNGMe
   line.evidenceSigma = detection.sigma;
   line.frameAgreement = detection.agreement;
   line.exposureGroupCount = detection.exposureGroupCount;
-  line.reason =
-      fmt::format("Fixed column anomaly {:.1f}σ; same sign in {:.0f}% of frames; repeated across {} exposure groups",
-                  detection.sigma, detection.agreement * 100, detection.exposureGroupCount);
+  line.reason = CandidateReasons::fixedColumn(detection.sigma, detection.agreement, detection.exposureGroupCount);
   return line;
 }
 

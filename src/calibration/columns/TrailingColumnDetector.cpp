@@ -1,8 +1,7 @@
 #include "calibration/columns/TrailingColumnDetector.h"
 
+#include "calibration/CalibrationSentences.h"
 #include "calibration/columns/OrderStatistics.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
@@ -121,9 +120,7 @@ CalibrationCandidate candidate(const TrailDetection& detection, const DNGMetadat
   line.confidence = std::min(std::abs(detection.effect) / 30 + 0.62, 0.99);
   line.frameAgreement = detection.agreement;
   line.exposureGroupCount = detection.exposureGroupCount;
-  line.reason = fmt::format(
-      "Partial defective column below a fixed pixel; column offset {:+.1f}; repeated across {} exposure groups",
-      detection.effect, detection.exposureGroupCount);
+  line.reason = CandidateReasons::partialColumn(detection.effect, detection.exposureGroupCount);
   return line;
 }
 

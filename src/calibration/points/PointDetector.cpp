@@ -1,5 +1,6 @@
 #include "calibration/points/PointDetector.h"
 
+#include "calibration/CalibrationSentences.h"
 #include "calibration/points/PixelSearch.h"
 #include "calibration/points/PointFindings.h"
 #include "calibration/points/SpotSearch.h"
@@ -7,10 +8,17 @@
 namespace tessaly::CalibrationEngine {
 namespace {
 
-const char* reason(CalibrationCandidate::Kind kind, bool isDark) {
-  if (kind == CalibrationCandidate::Kind::spot) return "Compact fixed shadow repeated in bright-field frames";
-  return isDark ? "Abnormal pixel repeated in dark frames"
-                : "Isolated response anomaly repeated in bright-field frames";
+// Points are never lines.
+std::string reason(CandidateKind kind, bool isDark) {
+  switch (kind) {
+    case CandidateKind::spot:
+      return CandidateReasons::shadowInBrightFrames();
+    case CandidateKind::pixel:
+      return isDark ? CandidateReasons::pixelInDarkFrames() : CandidateReasons::pixelInBrightFrames();
+    case CandidateKind::line:
+      break;
+  }
+  return {};
 }
 
 CalibrationCandidate candidate(const PointFinding& finding, const DeviationMap& map) {

@@ -8,8 +8,7 @@ namespace {
 
 bool isBetter(const PointFinding& left, const PointFinding& right) {
   const auto rank = [](const PointFinding& finding) {
-    const bool isPixel = finding.kind == CalibrationCandidate::Kind::pixel;
-    return std::tuple(-finding.confidence, isPixel, finding.index);
+    return std::tuple(-finding.confidence, reportRank(finding.kind), finding.index);
   };
   return rank(left) < rank(right);
 }

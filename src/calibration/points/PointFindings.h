@@ -11,7 +11,7 @@ namespace tessaly {
 
 /// A defective photosite or a fixed shadow, in active coordinates.
 struct PointFinding {
-  CalibrationCandidate::Kind kind = CalibrationCandidate::Kind::pixel;
+  CandidateKind kind = CandidateKind::pixel;  ///< never a line
   double confidence = 0;
   std::int64_t index = 0;  ///< y × width + x of the photosite, of the first one of a shadow
   std::int64_t x = 0;

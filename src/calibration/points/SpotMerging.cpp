@@ -1,6 +1,6 @@
 #include "calibration/points/SpotMerging.h"
 
-#include <fmt/format.h>
+#include "calibration/CalibrationSentences.h"
 
 #include <algorithm>
 #include <cmath>
@@ -68,7 +68,7 @@ CalibrationCandidate merged(const Cluster& cluster) {
   spot.radiusX = reach(cluster, spot.x, &CalibrationCandidate::x, &CalibrationCandidate::radiusX);
   spot.radiusY = reach(cluster, spot.yStart, &CalibrationCandidate::yStart, &CalibrationCandidate::radiusY);
   spot.confidence = std::min(meanConfidence(cluster) + 0.04, greatestConfidence);
-  spot.reason = fmt::format("Fixed sensor spot repeated in {} bright-field exposure groups", cluster.size());
+  spot.reason = CandidateReasons::repeatedSpot(static_cast<std::int64_t>(cluster.size()));
   return spot;
 }
 

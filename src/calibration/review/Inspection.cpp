@@ -1,7 +1,7 @@
 #include "calibration/review/Inspection.h"
 
 #include "calibration/CalibrationEngine.h"
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/InvalidInput.h"
 #include "dng/DNGReader.h"
 
 namespace tessaly {

@@ -1,9 +1,12 @@
 #include "calibration/review/ManualAdditions.h"
 
+#include "calibration/CalibrationSentences.h"
 #include "calibration/review/InvalidInput.h"
 #include "calibration/review/NumberParsing.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 
 namespace tessaly::CandidateSelection {
 namespace {
@@ -12,9 +15,6 @@ using Kind = CalibrationCandidate::Kind;
 
 constexpr std::int64_t leastManualRadius = 2;
 constexpr std::int64_t greatestManualRadius = 64;
-
-constexpr const char* manualReason = "Manually added by user";
-constexpr const char* manualSpotReason = "User-confirmed fixed sensor spot";
 
 // A coordinate from 0 on; what is no number is left of everything.
 std::int64_t coordinate(std::string_view text) {
@@ -30,7 +30,7 @@ bool fits(std::int64_t value, std::int64_t radius, std::int64_t extent) {
   return value >= radius && value < extent - radius;
 }
 
-CalibrationCandidate manualCandidate(Kind kind, std::int64_t x, std::int64_t y, const char* reason) {
+CalibrationCandidate manualCandidate(Kind kind, std::int64_t x, std::int64_t y, std::string reason) {
   CalibrationCandidate candidate;
   candidate.id = UUID::random();
   candidate.kind = kind;
@@ -38,7 +38,7 @@ CalibrationCandidate manualCandidate(Kind kind, std::int64_t x, std::int64_t y, 
   candidate.yStart = y;
   candidate.yEnd = y;
   candidate.confidence = 1.0;
-  candidate.reason = reason;
+  candidate.reason = std::move(reason);
   return candidate;
 }
 
@@ -50,14 +50,15 @@ CalibrationCandidate manualPixel(const DNGMetadata* metadata, std::string_view x
   const std::int64_t y = coordinate(yText);
   if (!isWithin(x, result.activeWidth) || !isWithin(y, result.activeHeight))
     throw InvalidInput("Enter valid active-area X and Y coordinates.");
-  return manualCandidate(Kind::pixel, x + result.activeX, y + result.activeY, manualReason);
+  return manualCandidate(Kind::pixel, x + result.activeX, y + result.activeY, CandidateReasons::manuallyAdded());
 }
 
 CalibrationCandidate manualColumn(const DNGMetadata* metadata, std::string_view xText) {
   const DNGMetadata& result = requireResult(metadata);
   const std::int64_t x = coordinate(xText);
   if (!isWithin(x, result.activeWidth)) throw InvalidInput("Enter a valid active-area X coordinate.");
-  CalibrationCandidate line = manualCandidate(Kind::line, x + result.activeX, result.activeY, manualReason);
+  CalibrationCandidate line =
+      manualCandidate(Kind::line, x + result.activeX, result.activeY, CandidateReasons::manuallyAdded());
   line.yEnd = result.activeY + result.activeHeight - 1;
   return line;
 }
@@ -71,7 +72,8 @@ CalibrationCandidate manualSpot(const DNGMetadata* metadata, std::string_view xT
   const bool isValid = radius >= leastManualRadius && radius <= greatestManualRadius &&
                        fits(x, radius, result.activeWidth) && fits(y, radius, result.activeHeight);
   if (!isValid) throw InvalidInput("Enter valid active-area X and Y coordinates and a radius from 2 to 64.");
-  CalibrationCandidate spot = manualCandidate(Kind::spot, x + result.activeX, y + result.activeY, manualSpotReason);
+  CalibrationCandidate spot =
+      manualCandidate(Kind::spot, x + result.activeX, y + result.activeY, CandidateReasons::confirmedSpot());
   spot.radiusX = radius;
   spot.radiusY = radius;
   return spot;
@@ -80,9 +82,17 @@ CalibrationCandidate manualSpot(const DNGMetadata* metadata, std::string_view xT
 ManualFields fieldsFromCandidate(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
   ManualFields fields;
   fields.x = candidate.x - metadata.activeX;
-  if (candidate.kind == Kind::line) return fields;
-  fields.y = candidate.yStart - metadata.activeY;
-  if (candidate.kind == Kind::spot) fields.radius = std::max(candidate.radiusX, candidate.radiusY);
+  const std::int64_t y = candidate.yStart - metadata.activeY;
+  switch (candidate.kind) {
+    case Kind::line:
+      break;
+    case Kind::spot:
+      fields.radius = std::max(candidate.radiusX, candidate.radiusY);
+      [[fallthrough]];
+    case Kind::pixel:
+      fields.y = y;
+      break;
+  }
   return fields;
 }
 

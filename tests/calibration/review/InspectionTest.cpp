@@ -1,6 +1,6 @@
 #include "calibration/CalibrationEngine.h"
 #include "calibration/FrameFolder.h"
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/InvalidInput.h"
 #include "calibration/review/Inspection.h"
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
