@@ -106,7 +106,7 @@ QPalette platformPalette() {
 }
 
 QPalette systemPalette() {
-  const QPalette platform = platformPalette();
+  QPalette platform = platformPalette();
   if (isPlatformOwned(platform)) return platform;
   return prefersDark(platform) ? darkPalette() : lightPalette();
 }
