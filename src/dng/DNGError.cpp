@@ -32,13 +32,19 @@ std::string describe(DNGError::Case kind, const std::string& message, const DNGE
   return std::string(prefix(kind)) + message;
 }
 
+DNGError systemFailure(const std::exception& error) {
+  const DNGError failure = DNGError::unreadable(exceptionMessage(error));
+  const auto* destination = dynamic_cast<const DestinationError*>(&error);
+  return destination != nullptr ? failure.at(*destination) : failure;
+}
+
 }  // namespace
 
 DNGError::DNGError(Case kind, std::string message, std::shared_ptr<const DNGError> underlying) {
   assert((kind == Case::file) == (underlying != nullptr));
   std::string description = describe(kind, message, underlying.get());
-  payload_ =
-      std::make_shared<const Payload>(Payload{kind, std::move(message), std::move(description), std::move(underlying)});
+  payload_ = std::make_shared<const Payload>(
+      Payload{kind, std::move(message), std::move(description), std::move(underlying), nullptr});
 }
 
 DNGError DNGError::file(std::string fileName, DNGError underlying) {
@@ -67,8 +73,17 @@ DNGError DNGError::profileMismatch(std::string message) {
 
 DNGError DNGError::contextualize(const std::exception& error, const std::filesystem::path& url) {
   const auto* own = dynamic_cast<const DNGError*>(&error);
-  if (own == nullptr) return file(displayName(url), unreadable(exceptionMessage(error)));
+  if (own == nullptr) return file(displayName(url), systemFailure(error));
   return own->kind() == Case::file ? *own : file(displayName(url), *own);
+}
+
+DNGError DNGError::at(const DestinationError& destination) const {
+  assert(kind() != Case::file);
+  Payload payload = *payload_;
+  payload.destination = std::make_shared<const DestinationError>(destination);
+  DNGError error = *this;
+  error.payload_ = std::make_shared<const Payload>(std::move(payload));
+  return error;
 }
 
 const DNGError& DNGError::innermost() const {

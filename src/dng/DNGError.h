@@ -6,6 +6,7 @@
 #pragma once
 
 #include "dng/RejectionReason.h"
+#include "platform/DestinationError.h"
 
 #include <exception>
 #include <filesystem>
@@ -33,8 +34,12 @@ class DNGError final : public std::exception {
   [[nodiscard]] static DNGError profileMismatch(std::string message);
 
   /// Any error met while a file was processed, as a `file` error: one that is already `file` is returned unchanged,
-  /// any other DNGError is wrapped, and everything else becomes `unreadable` with the system's own English words.
+  /// any other DNGError is wrapped, and everything else becomes `unreadable` with the system's own English words. What
+  /// the destination refused stays known to have been the destination.
   [[nodiscard]] static DNGError contextualize(const std::exception& error, const std::filesystem::path& url);
+
+  /// The same error, known to lie with the place that a copy is written to.
+  [[nodiscard]] DNGError at(const DestinationError& destination) const;
 
   [[nodiscard]] Case kind() const { return payload_->kind; }
 
@@ -49,6 +54,9 @@ class DNGError final : public std::exception {
 
   [[nodiscard]] RejectionReason rejectionReason() const;
 
+  /// What the place that a copy is written to refused; null when the error is about what was read.
+  [[nodiscard]] const DestinationError* destination() const { return innermost().payload_->destination.get(); }
+
   /// The technical description, always English: "Invalid DNG structure: Raw dimensions"; for `file` the file's name,
   /// ": " and the technical description of the underlying error.
   [[nodiscard]] const char* what() const noexcept override { return payload_->description.c_str(); }
@@ -59,6 +67,7 @@ class DNGError final : public std::exception {
     std::string message;
     std::string description;
     std::shared_ptr<const DNGError> underlying;
+    std::shared_ptr<const DestinationError> destination;  ///< of an innermost error only
   };
 
   DNGError(Case kind, std::string message, std::shared_ptr<const DNGError> underlying);

@@ -46,7 +46,7 @@ void replaceFileAtomically(const std::filesystem::path& path, std::span<const st
   if (old && S_ISDIR(old->st_mode)) throwSystemError(EISDIR);
   if (old && !S_ISREG(old->st_mode)) return writeInto(path, bytes);
   const std::filesystem::path file = withoutLinks(path);
-  PartialFile partial(system, folderOf(file));
+  PartialFile partial(system, folderOf(file), old ? Access::ownerOnly : Access::asTheUmaskSays);
   partial.writeAt(0, bytes);
   if (old) partial.setMode(old->st_mode & 07777);
   partial.synchronize();

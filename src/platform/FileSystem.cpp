@@ -1,5 +1,7 @@
 #include "platform/FileSystem.h"
 
+#include "platform/WriterLock.h"
+
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <linux/magic.h>
@@ -8,6 +10,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -35,8 +38,12 @@ FileSystem& FileSystem::system() {
   return real;
 }
 
-int FileSystem::createNew(const std::filesystem::path& path) {
-  return ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666);
+int FileSystem::createNew(const std::filesystem::path& path, mode_t mode) {
+  return ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode);
+}
+
+int FileSystem::lock(int descriptor) {
+  return lockAsWriter(descriptor);
 }
 
 // Space on a disk is allocated once instead of with every write; a file system in memory would only do the work twice.
@@ -67,6 +74,10 @@ ssize_t FileSystem::copyRange(const FileRange& source, int target, std::int64_t 
 
 int FileSystem::setMode(int descriptor, mode_t mode) {
   return ::fchmod(descriptor, mode);
+}
+
+int FileSystem::setAttribute(int descriptor, const std::string& name, std::span<const std::byte> value) {
+  return ::fsetxattr(descriptor, name.c_str(), value.data(), value.size(), 0);
 }
 
 int FileSystem::startWriting(const FileRange& range) {

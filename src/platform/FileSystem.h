@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <string>
 
 namespace tessaly {
 
@@ -33,8 +34,11 @@ class FileSystem {
   /// otherwise be ended by SIGXFSZ; a handler that the process has installed stays.
   [[nodiscard]] static FileSystem& system();
 
-  /// Creates a file for reading and writing that must not exist yet, with mode 0666 & ~umask; gives its descriptor.
-  virtual int createNew(const std::filesystem::path& path);
+  /// Creates a file for reading and writing that must not exist yet, with the mode & ~umask; gives its descriptor.
+  virtual int createNew(const std::filesystem::path& path, mode_t mode);
+
+  /// Lets other processes see, as long as the file is open, that it is being written (see WriterLock.h).
+  virtual int lock(int descriptor);
 
   /// May give an empty file its length and the space for it, where the file system can; it reads as zeros then.
   virtual int reserve(int descriptor, std::int64_t length);
@@ -48,6 +52,8 @@ class FileSystem {
   virtual ssize_t copyRange(const FileRange& source, int target, std::int64_t to);
 
   virtual int setMode(int descriptor, mode_t mode);
+
+  virtual int setAttribute(int descriptor, const std::string& name, std::span<const std::byte> value);
 
   /// Sets the medium to work on bytes that were written, without waiting for it.
   virtual int startWriting(const FileRange& range);

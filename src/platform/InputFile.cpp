@@ -51,15 +51,20 @@ InputFile::InputFile(const std::filesystem::path& path) {
     throw std::system_error(error, std::generic_category());
   }
   regular_ = S_ISREG(status.st_mode);
+  permissions_ = status.st_mode & 0777;
   if (regular_) size_ = status.st_size;
 }
 
 InputFile::InputFile(InputFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), regular_(other.regular_), size_(other.size_) {}
+    : descriptor_(std::exchange(other.descriptor_, -1)),
+      regular_(other.regular_),
+      permissions_(other.permissions_),
+      size_(other.size_) {}
 
 InputFile& InputFile::operator=(InputFile&& other) noexcept {
   std::swap(descriptor_, other.descriptor_);
   std::swap(regular_, other.regular_);
+  std::swap(permissions_, other.permissions_);
   std::swap(size_, other.size_);
   return *this;
 }

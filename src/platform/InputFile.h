@@ -4,6 +4,8 @@
 // here, where a mapping would end the process. Reads are safe from several threads.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -22,6 +24,9 @@ class InputFile {
 
   [[nodiscard]] bool isRegular() const { return regular_; }
 
+  /// The permission bits, taken once when the file was opened.
+  [[nodiscard]] mode_t permissions() const { return permissions_; }
+
   /// Size in bytes, taken once when the file was opened; 0 for anything that is not a regular file.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
@@ -35,6 +40,7 @@ class InputFile {
  private:
   int descriptor_ = -1;
   bool regular_ = false;
+  mode_t permissions_ = 0;
   std::int64_t size_ = 0;
 };
 

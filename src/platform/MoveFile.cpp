@@ -28,7 +28,7 @@ bool succeeds(Call call) {
 class Placeholder {
  public:
   Placeholder(FileSystem& system, const std::filesystem::path& path)
-      : system_(system), path_(path), descriptor_(callSystem([&] { return system.createNew(path); })) {}
+      : system_(system), path_(path), descriptor_(callSystem([&] { return system.createNew(path, 0600); })) {}
 
   Placeholder(const Placeholder&) = delete;
   Placeholder& operator=(const Placeholder&) = delete;

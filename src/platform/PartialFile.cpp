@@ -1,5 +1,6 @@
 #include "platform/PartialFile.h"
 
+#include "platform/DestinationError.h"
 #include "platform/MoveFile.h"
 #include "platform/SystemCall.h"
 #include "platform/UUID.h"
@@ -26,10 +27,18 @@ std::filesystem::path folderOf(const std::filesystem::path& file) {
   return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
 }
 
-PartialFile::PartialFile(FileSystem& system, const std::filesystem::path& folder)
+// Every call about the file itself: a failure belongs to the folder that it is written to.
+template <typename Call>
+auto PartialFile::ask(Call call) const {
+  return atDestination(folderOf(path_), [&] { return callSystem(call); });
+}
+
+PartialFile::PartialFile(FileSystem& system, const std::filesystem::path& folder, Access access)
     : system_(system),
       path_(temporaryPath(folder)),
-      descriptor_(callSystem([this] { return system_.createNew(path_); })) {}
+      descriptor_(ask([&] { return system_.createNew(path_, access == Access::ownerOnly ? 0600 : 0666); })) {
+  system_.lock(descriptor_);  // where it cannot be had nobody takes the file for abandoned either
+}
 
 PartialFile::~PartialFile() {
   ::close(descriptor_);
@@ -42,8 +51,9 @@ void PartialFile::reserve(std::int64_t length) {
 
 void PartialFile::writeAt(std::int64_t offset, std::span<const std::byte> bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = callSystem([&] { return system_.writeAt(descriptor_, offset, bytes); });
-    if (written == 0) throwSystemError(EIO);  // a file that takes nothing and names no reason would hang us here
+    const ssize_t written = ask([&] { return system_.writeAt(descriptor_, offset, bytes); });
+    // A file that takes nothing and names no reason would hang us here.
+    if (written == 0) throw DestinationError(EIO, folderOf(path_));
     bytes = bytes.subspan(static_cast<std::size_t>(written));
     offset += written;
   }
@@ -62,7 +72,7 @@ std::size_t PartialFile::readAt(std::int64_t offset, std::span<std::byte> into) 
   while (done < into.size()) {
     const std::span<std::byte> rest = into.subspan(done);
     const off_t at = offset + static_cast<std::int64_t>(done);
-    const ssize_t got = callSystem([&] { return ::pread(descriptor_, rest.data(), rest.size(), at); });
+    const ssize_t got = ask([&] { return ::pread(descriptor_, rest.data(), rest.size(), at); });
     if (got == 0) break;
     done += static_cast<std::size_t>(got);
   }
@@ -105,8 +115,12 @@ void PartialFile::setMode(mode_t mode) {
   system_.setMode(descriptor_, mode);
 }
 
+void PartialFile::setAttribute(const std::string& name, std::span<const std::byte> value) {
+  system_.setAttribute(descriptor_, name, value);
+}
+
 void PartialFile::synchronize() {
-  callSystem([this] { return system_.synchronize(descriptor_); });
+  ask([this] { return system_.synchronize(descriptor_); });
 }
 
 void PartialFile::synchronizeAndDropCache() {
@@ -115,12 +129,12 @@ void PartialFile::synchronizeAndDropCache() {
 }
 
 void PartialFile::moveTo(const std::filesystem::path& destination) {
-  moveWithoutReplacing(system_, path_, destination);
+  atDestination(folderOf(path_), [&] { moveWithoutReplacing(system_, path_, destination); });
   becameFinal(destination);
 }
 
 void PartialFile::replace(const std::filesystem::path& destination) {
-  callSystem([&] { return system_.renameReplacing(path_, destination); });
+  ask([&] { return system_.renameReplacing(path_, destination); });
   becameFinal(destination);
 }
 

@@ -2,7 +2,8 @@
 // gets its final name when it is complete. Whatever happens, no incomplete file bears a final name and the temporary
 // one is removed.
 //
-// Owned and used by one thread. Failures of the system are thrown as std::system_error.
+// Owned and used by one thread. What the system refuses leaves as DestinationError with the folder; a source that
+// cannot be read as std::system_error.
 #pragma once
 
 #include "platform/FileSystem.h"
@@ -12,6 +13,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <string>
 
 namespace tessaly {
 
@@ -27,10 +29,13 @@ struct CopyRange {
 /// The folder that a file stands in; of a bare name ".".
 [[nodiscard]] std::filesystem::path folderOf(const std::filesystem::path& file);
 
+/// Who may open a new file before its permission bits are set.
+enum class Access { asTheUmaskSays, ownerOnly };
+
 class PartialFile {
  public:
-  /// Creates the file in an existing folder. `system` must outlive this object.
-  PartialFile(FileSystem& system, const std::filesystem::path& folder);
+  /// Creates the file in an existing folder and takes its writer's lock. `system` must outlive this object.
+  PartialFile(FileSystem& system, const std::filesystem::path& folder, Access access = Access::asTheUmaskSays);
   PartialFile(const PartialFile&) = delete;
   PartialFile& operator=(const PartialFile&) = delete;
 
@@ -58,6 +63,9 @@ class PartialFile {
   /// Sets the permission bits, where the file system keeps any.
   void setMode(mode_t mode);
 
+  /// Gives the file an extended attribute, where the file system takes it.
+  void setAttribute(const std::string& name, std::span<const std::byte> value);
+
   /// Brings the bytes to the medium and asks the system to forget them (as far as it does), so that whoever reads the
   /// file next is answered by the medium.
   void synchronizeAndDropCache();
@@ -72,6 +80,8 @@ class PartialFile {
   void replace(const std::filesystem::path& destination);
 
  private:
+  template <typename Call>
+  auto ask(Call call) const;
   [[nodiscard]] std::int64_t copyInside(const InputFile& source, const CopyRange& range);
   void wroteUpTo(std::int64_t end);
   void becameFinal(const std::filesystem::path& destination);

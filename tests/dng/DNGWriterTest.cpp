@@ -2,7 +2,9 @@
 #include "dng/WriterFixture.h"
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -180,14 +182,34 @@ TEST_F(DNGWriterTest, TakesATrailingSlashForAFileName) {
   EXPECT_TRUE(is_regular_file(folder / "out" / "copy.dng"));
 }
 
-TEST_F(DNGWriterTest, GivesTheCopyTheModeThatTheUserMaskLeaves) {
-  permissions(source, std::filesystem::perms::owner_read);
-  const mode_t old = umask(027);
-  EXPECT_EQ(failure(), "");
-  umask(old);
+mode_t modeOf(const std::filesystem::path& file) {
   struct stat status {};
-  ASSERT_EQ(stat(destination.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777, 0640U);
+  return ::stat(file.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+TEST_F(DNGWriterTest, GivesTheCopyThePermissionBitsOfItsOriginal) {
+  for (const mode_t mode : {0600U, 0644U, 0400U, 0664U, 04755U}) {
+    ASSERT_EQ(::chmod(source.c_str(), mode), 0);
+    const mode_t old = umask(mode == 0600U ? 0 : 077);
+    EXPECT_EQ(failure(), "");
+    umask(old);
+    EXPECT_EQ(modeOf(destination), mode & 0777);
+    remove(destination);
+  }
+}
+
+TEST_F(DNGWriterTest, GivesTheCopyTheUsersAttributesOfItsOriginal) {
+  const std::string rating = "5 stars";
+  if (::setxattr(source.c_str(), "user.rating", rating.data(), rating.size(), 0) != 0)
+    GTEST_SKIP() << "no extended attributes here";
+  ASSERT_EQ(::setxattr(source.c_str(), "user.empty", "", 0, 0), 0);
+  permissions(source, std::filesystem::perms::owner_read);
+  EXPECT_EQ(failure(), "");
+  std::array<char, 32> value{};
+  const ssize_t length = ::getxattr(destination.c_str(), "user.rating", value.data(), value.size());
+  ASSERT_GE(length, 0);
+  EXPECT_EQ(std::string(value.data(), static_cast<std::size_t>(length)), rating);
+  EXPECT_EQ(::getxattr(destination.c_str(), "user.empty", value.data(), value.size()), 0);
 }
 
 TEST_F(DNGWriterTest, WorksWithNamesThatAreNotUTF8) {

@@ -54,8 +54,8 @@ TEST_F(AtomicFile, MakesANewFileWithTheModeThatTheUserMaskLeaves) {
 
 TEST_F(AtomicFile, IsOnTheMediumBeforeItHasItsName) {
   EXPECT_EQ(replace("new"), 0);
-  EXPECT_THAT(system.calls(), ElementsAre(Call::createNew, Call::writeAt, Call::synchronize, Call::renameReplacing,
-                                          Call::synchronizeFolder));
+  EXPECT_THAT(system.calls(), ElementsAre(Call::createNew, Call::lock, Call::writeAt, Call::synchronize,
+                                          Call::renameReplacing, Call::synchronizeFolder));
 }
 
 TEST_F(AtomicFile, ReplacesAnOldFileAndKeepsItsMode) {

@@ -19,7 +19,7 @@ int errorOfAWriteBeyondTheLimit(const std::filesystem::path& path) {
   FileSystem& system = FileSystem::system();
   const rlimit limit{100, 100};
   setrlimit(RLIMIT_FSIZE, &limit);
-  const int descriptor = system.createNew(path);
+  const int descriptor = system.createNew(path, 0666);
   const std::array<std::byte, 8> bytes{};
   return system.writeAt(descriptor, 200, bytes) < 0 ? errno : 0;
 }
@@ -32,7 +32,7 @@ TEST(FileSystem, SurvivesAFileSizeLimit) {
 TEST(FileSystem, CreatesAFileOnlyWhereThereIsNone) {
   const tests::TemporaryFolder folder;
   tests::writeText(folder / "old", "kept");
-  EXPECT_EQ(FileSystem::system().createNew(folder / "old"), -1);
+  EXPECT_EQ(FileSystem::system().createNew(folder / "old", 0666), -1);
   EXPECT_EQ(errno, EEXIST);
   EXPECT_EQ(tests::readText(folder / "old"), "kept");
 }

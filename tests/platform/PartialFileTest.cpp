@@ -1,3 +1,4 @@
+#include "platform/DestinationError.h"
 #include "platform/PartialFile.h"
 #include "support/FailingFileSystem.h"
 #include "support/FileBytes.h"
@@ -189,12 +190,34 @@ TEST_F(PartialFileTest, TellsWhenTheSystemCannotClone) {
 TEST_F(PartialFileTest, SynchronizesBeforeItDropsTheCache) {
   system.fail(Call::dropCache, EINVAL);
   partial().synchronizeAndDropCache();
-  EXPECT_THAT(system.calls(), ElementsAre(Call::createNew, Call::synchronize, Call::dropCache));
+  EXPECT_THAT(system.calls(), ElementsAre(Call::createNew, Call::lock, Call::synchronize, Call::dropCache));
 }
 
 TEST_F(PartialFileTest, PassesOnAMediumThatDoesNotTakeTheBytes) {
   system.fail(Call::synchronize, EIO);
   EXPECT_EQ(errorOf([this] { partial().synchronizeAndDropCache(); }), EIO);
+}
+
+TEST_F(PartialFileTest, SaysThatItIsTheDestinationThatFails) {
+  system.fail(Call::writeAt, ENOSPC);
+  try {
+    partial().writeAt(0, bytesIn("x"));
+    FAIL() << "nothing thrown";
+  } catch (const DestinationError& error) {
+    EXPECT_EQ(error.code().value(), ENOSPC);
+    EXPECT_EQ(error.folder(), folder.path());
+  }
+  writeText(folder / "taken", "");
+  EXPECT_THROW(partial().moveTo(folder / "taken"), DestinationError);
+}
+
+TEST_F(PartialFileTest, IsItsOwnersAloneWhenAsked) {
+  const mode_t old = umask(0);
+  const PartialFile file(system, folder.path(), Access::ownerOnly);
+  umask(old);
+  struct stat status {};
+  ASSERT_EQ(stat(file.path().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0600U);
 }
 
 TEST_F(PartialFileTest, StaysUnderItsFinalName) {
@@ -204,8 +227,8 @@ TEST_F(PartialFileTest, StaysUnderItsFinalName) {
   drop();
   EXPECT_EQ(readText(folder / "final"), "kept");
   EXPECT_FALSE(exists(path));
-  EXPECT_THAT(system.calls(),
-              ElementsAre(Call::createNew, Call::writeAt, Call::renameWithoutReplacing, Call::synchronizeFolder));
+  EXPECT_THAT(system.calls(), ElementsAre(Call::createNew, Call::lock, Call::writeAt, Call::renameWithoutReplacing,
+                                          Call::synchronizeFolder));
 }
 
 TEST_F(PartialFileTest, StaysWhenTheFolderCannotBeSynchronized) {

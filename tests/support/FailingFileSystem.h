@@ -9,17 +9,20 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace tessaly::tests {
 
 enum class Call {
   createNew,
+  lock,
   reserve,
   writeAt,
   clone,
   copyRange,
   setMode,
+  setAttribute,
   startWriting,
   synchronize,
   dropCache,
@@ -55,11 +58,13 @@ class FailingFileSystem final : public FileSystem {
   /// The temporary file that was created last.
   [[nodiscard]] const std::filesystem::path& created() const { return created_; }
 
-  int createNew(const std::filesystem::path& path) override {
+  int createNew(const std::filesystem::path& path, mode_t mode) override {
     if (fails(Call::createNew, path)) return -1;
     created_ = path;
-    return FileSystem::createNew(path);
+    return FileSystem::createNew(path, mode);
   }
+
+  int lock(int descriptor) override { return fails(Call::lock, created_) ? -1 : FileSystem::lock(descriptor); }
 
   int reserve(int descriptor, std::int64_t length) override {
     return fails(Call::reserve, created_) ? -1 : FileSystem::reserve(descriptor, length);
@@ -82,6 +87,10 @@ class FailingFileSystem final : public FileSystem {
 
   int setMode(int descriptor, mode_t mode) override {
     return fails(Call::setMode, created_) ? -1 : FileSystem::setMode(descriptor, mode);
+  }
+
+  int setAttribute(int descriptor, const std::string& name, std::span<const std::byte> value) override {
+    return fails(Call::setAttribute, created_) ? -1 : FileSystem::setAttribute(descriptor, name, value);
   }
 
   int startWriting(const FileRange& range) override {

@@ -9,12 +9,15 @@
 #include "dng/copy/SyntheticExposure.h"
 #include "dng/metadata/SupportRules.h"
 #include "dng/samples/SamplePacker.h"
+#include "platform/DestinationError.h"
+#include "platform/ExtendedAttributes.h"
 #include "platform/PartialFile.h"
 #include "platform/Paths.h"
 #include "platform/SystemCall.h"
 
 #include <algorithm>
 #include <cassert>
+#include <cerrno>
 #include <utility>
 
 namespace tessaly {
@@ -36,6 +39,11 @@ ConstPlaneView readablePlane(const SourceImage& source, std::span<const std::uin
   if (!isWholePlane) throw DNGError::invalid("Raw sample count/descriptor");
   SupportRules::requireSupported(source.metadata());
   return {samples, source.metadata()};
+}
+
+void copyAttributes(const InputFile& source, PartialFile& copy) {
+  for (const ExtendedAttribute& attribute : userAttributes(source.descriptor()))
+    copy.setAttribute(attribute.name, attribute.value);
 }
 
 // One copy on its way.
@@ -101,7 +109,8 @@ CheckedCopyRequest::CheckedCopyRequest(const std::filesystem::path& source, Copy
   const bool isSource = standardized(source) == standardized(request_.destination);
   // A destination that is the source under another name, a hard link for example, exists and is refused as well.
   if (isSource || isTaken(withoutTrailingSlash(request_.destination))) {
-    throw DNGError::invalid("Output exists or equals source");
+    const DestinationError taken(EEXIST, folderOf(withoutTrailingSlash(request_.destination)));
+    throw DNGError::invalid("Output exists or equals source").at(taken);
   }
 }
 
@@ -111,12 +120,15 @@ void writeCopy(const SourceImage& source, const CheckedCopyRequest& request, std
   Copy copy(source, *request, buffer);
   const std::filesystem::path destination = withoutTrailingSlash(request->destination);
   const std::filesystem::path folder = folderOf(destination);
-  callSystem([&] { return system.createFolders(folder); });
-  PartialFile file(system, folder);
+  atDestination(folder, [&] { callSystem([&] { return system.createFolders(folder); }); });
+  PartialFile file(system, folder, Access::ownerOnly);
   copy.write(file);
+  copyAttributes(source.container().file(), file);
   // Before it is read back, so that the medium answers and not the memory that was just filled.
   file.synchronizeAndDropCache();
   copy.verify(file);
+  // Last, because a copy that its owner may not read could not be read back.
+  file.setMode(source.container().file().permissions());
   file.moveTo(destination);
 }
 

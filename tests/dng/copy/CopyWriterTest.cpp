@@ -3,6 +3,8 @@
 #include "dng/WriterFixture.h"
 #include "dng/copy/CopyWriter.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <functional>
 
@@ -83,8 +85,41 @@ TEST_P(Faults, ComeInTheOrderInWhichACopyIsMade) {
   for (const Call call : system.calls()) {
     if (call != Call::writeAt && call != Call::copyRange) steps.push_back(call);
   }
-  EXPECT_THAT(steps, ElementsAre(Call::createFolders, Call::createNew, Call::clone, Call::reserve, Call::synchronize,
-                                 Call::dropCache, Call::renameWithoutReplacing, Call::synchronizeFolder));
+  EXPECT_THAT(steps, ElementsAre(Call::createFolders, Call::createNew, Call::lock, Call::clone, Call::reserve,
+                                 Call::synchronize, Call::dropCache, Call::setMode, Call::renameWithoutReplacing,
+                                 Call::synchronizeFolder));
+}
+
+// "Never more" holds also while it grows.
+TEST_P(Faults, NeverLetOthersReadACopyThatGrows) {
+  const mode_t old = umask(0);
+  mode_t mode = 0;
+  system.before(Call::dropCache, [&mode](const std::filesystem::path& copy) {
+    struct stat status {};
+    if (stat(copy.c_str(), &status) == 0) mode = status.st_mode & 07777;
+  });
+  EXPECT_EQ(failure(), "");
+  umask(old);
+  EXPECT_EQ(mode, 0600U);
+}
+
+TEST_P(Faults, OfTheDestinationSayThatTheyAre) {
+  for (const Call call :
+       {Call::createFolders, Call::createNew, Call::writeAt, Call::synchronize, Call::renameWithoutReplacing}) {
+    tests::FailingFileSystem broken;
+    broken.fail(call, EROFS);
+    const CopyRequest request{folder / "other" / "copy.dng", samples, {}, false, std::nullopt};
+    std::vector<std::byte> buffer(copyBufferSize);
+    try {
+      writeCopy(SourceImage(source), request, buffer, broken);
+      ADD_FAILURE() << "nothing thrown";
+    } catch (const std::exception& error) {
+      const DNGError told = DNGError::contextualize(error, source);
+      EXPECT_STREQ(told.what(), "source.dng: Unable to read: Read-only file system");
+      ASSERT_NE(told.destination(), nullptr);
+      EXPECT_EQ(told.destination()->folder(), folder / "other");
+    }
+  }
 }
 
 TEST_P(Faults, OfTheFolder) {
