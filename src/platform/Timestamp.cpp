@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 
 namespace tessaly {
@@ -31,6 +32,13 @@ class FixedFields {
     ok_ = ok_ && value <= maximum;
     rest_.remove_prefix(digits);
     return value;
+  }
+
+  /// One decimal digit or more.
+  void digits() {
+    const std::size_t count = std::min(rest_.find_first_not_of("0123456789"), rest_.size());
+    ok_ = ok_ && count > 0;
+    rest_.remove_prefix(count);
   }
 
   void letter(char expected) { ok_ = takeIf(expected) && ok_; }
@@ -64,7 +72,9 @@ seconds timeOfDayFrom(FixedFields& fields) {
   fields.letter(':');
   const minutes minute(fields.number(2, 59));
   fields.letter(':');
-  return hour + minute + seconds(fields.number(2, 59));
+  const seconds second(fields.number(2, 59));
+  if (fields.takeIf('.')) fields.digits();
+  return hour + minute + second;
 }
 
 /// "Z", "+02:00" or "+0200".

@@ -15,7 +15,8 @@ using Timestamp = std::chrono::sys_seconds;
 
 [[nodiscard]] std::string iso8601Text(Timestamp time);
 
-/// Parses the internet form with the designator Z or an hour offset; nothing when the text is anything else.
+/// Parses the internet form with the designator Z or an hour offset; a fraction of a second is dropped. Nothing when
+/// the text is anything else.
 [[nodiscard]] std::optional<Timestamp> parseISO8601(std::string_view text);
 
 }  // namespace tessaly
