@@ -1,5 +1,6 @@
 #include "localization/Localization.h"
 
+#include "localization/DestinationMessages.h"
 #include "localization/Format.h"
 #include "localization/RejectionMessages.h"
 #include "platform/Text.h"
@@ -79,8 +80,10 @@ std::string LF(std::string_view english, std::initializer_list<Localization::For
 
 std::string errorDescription(const std::exception& error, std::optional<AppLanguage> language) {
   const auto* dngError = dynamic_cast<const DNGError*>(&error);
-  if (!dngError) return exceptionMessage(error);
+  if (!dngError) return Localization::text(exceptionMessage(error), language);
   if (dngError->kind() != DNGError::Case::file) return dngError->what();
+  if (const DestinationError* destination = dngError->destination())
+    return dngError->message() + ": " + Localization::destinationMessage(*destination, language);
   return Localization::rejectionMessage(dngError->rejectionReason(), dngError->message(), language);
 }
 

@@ -79,8 +79,9 @@ using FormatArgument = std::variant<std::int64_t, std::string>;
 /// The format in the interface's language, with its arguments: whole numbers for %d, texts for %@.
 [[nodiscard]] std::string LF(std::string_view english, std::initializer_list<Localization::FormatArgument> arguments);
 
-/// What the user is told about an error: for one that belongs to a file the rejection message with the file's name;
-/// for any other DNGError its technical description; for every other exception the system's own words.
+/// What the user is told about an error: for one that belongs to a file its name and the rejection message, or what the
+/// place of its copy refused; for any other DNGError its technical description; for every other exception the system's
+/// own words in that language.
 [[nodiscard]] std::string errorDescription(const std::exception& error,
                                            std::optional<AppLanguage> language = std::nullopt);
 

@@ -7,10 +7,18 @@
 #include "profile/CameraProfileJSON.h"
 #include "store/ProfileStore.h"
 
+#include <cerrno>
+
 namespace tessaly {
 namespace {
 
+// A name that is taken was chosen by whoever gave it: that is told as a refusal of the file, like any other.
+bool isDestinationsFault(const DNGError& error) {
+  return error.destination() != nullptr && error.destination()->code().value() != EEXIST;
+}
+
 FailureText dngFailure(const DNGError& error, std::string_view subject) {
+  if (isDestinationsFault(error)) return {errorDescription(error), error.innermost().what()};
   const bool namesItsFile = error.kind() == DNGError::Case::file;
   return {
       Localization::rejectionMessage(error.rejectionReason(), namesItsFile ? error.message() : std::string(subject)),
@@ -36,8 +44,7 @@ FailureText failureText(const std::exception& error, std::string_view subject) {
     return {unreadable->what(), unreadable->reason()};
   if (dynamic_cast<const ProfileDecodingError*>(&error))
     return {withSubject(subject, InvalidProfile(error.what()).what()), error.what()};
-  const std::string words = exceptionMessage(error);
-  return {withSubject(subject, words), words};
+  return {withSubject(subject, errorDescription(error)), exceptionMessage(error)};
 }
 
 }  // namespace tessaly

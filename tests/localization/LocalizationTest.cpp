@@ -144,7 +144,9 @@ TEST_F(LocalizationTest, DescribesEveryOtherErrorTechnically) {
     EXPECT_EQ(errorDescription(error, french), description);
   EXPECT_EQ(errorDescription(std::runtime_error("words"), french), "words");
   const std::system_error missing(ENOENT, std::generic_category(), "open");
-  EXPECT_EQ(errorDescription(missing, french), "No such file or directory");
+  EXPECT_EQ(errorDescription(missing, english), "No such file or directory");
+  EXPECT_EQ(errorDescription(missing, french), "Fichier ou dossier introuvable");
+  EXPECT_EQ(errorDescription(missing, chinese), "没有该文件或文件夹");
 }
 
 TEST_F(LocalizationTest, ShowsACandidatesReasonInTheLanguageOfTheInterface) {

@@ -54,14 +54,30 @@ TEST_F(FailureTextTest, OfAProfileFileSaysWhatIsWrongWithIt) {
             (FailureText{"p.json: " + french, "Profile version"}));
   EXPECT_EQ(failureText(ProfileDecodingError("\"name\" is missing"), "p.json"),
             (FailureText{"p.json: " + french, "\"name\" is missing"}));
-  EXPECT_EQ(failureText(UnreadableProfile("/store/p.json", "words"), "store"), (FailureText{"p.json: words", "words"}));
+  EXPECT_EQ(failureText(UnreadableProfile("/store/p.json", "words"), "store"),
+            (FailureText{"/store/p.json: words", "words"}));
 }
 
 TEST_F(FailureTextTest, OfTheSystemIsTheSubjectAndTheSystemsWords) {
   const std::system_error error(ENOSPC, std::generic_category(), "write");
   EXPECT_EQ(failureText(error, "out.json"),
-            (FailureText{"out.json: No space left on device", "No space left on device"}));
-  EXPECT_EQ(failureText(error, "").description, "No space left on device");
+            (FailureText{"out.json: Aucun espace disponible sur le périphérique", "No space left on device"}));
+  EXPECT_EQ(failureText(error, "").description, "Aucun espace disponible sur le périphérique");
+}
+
+TEST_F(FailureTextTest, OfTheDestinationNamesItsFolderAndNotTheSupport) {
+  const DNGError error = DNGError::contextualize(DestinationError(EROFS, "/out"), "a.dng");
+  EXPECT_EQ(failureText(error, "x"),
+            (FailureText{"a.dng: Tessaly n’a pas pu écrire dans le dossier «\u00A0/out\u00A0»\u00A0: il est en lecture "
+                         "seule. Choisissez un autre dossier, puis réessayez.",
+                         "Unable to read: Read-only file system"}));
+}
+
+TEST_F(FailureTextTest, OfANameThatIsTakenIsARefusalLikeAnyOther) {
+  const DNGError error = DNGError::invalid("Output exists or equals source").at({EEXIST, "/out"});
+  const FailureText text = failureText(DNGError::file("a.dng", error), "x");
+  EXPECT_THAT(text.description, StartsWith("a.dng: Ce DNG semble incomplet"));
+  EXPECT_EQ(text.cause, "Invalid DNG structure: Output exists or equals source");
 }
 
 }  // namespace
