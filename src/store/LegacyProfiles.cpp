@@ -14,9 +14,13 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t bufferBytes = 1 << 16;
 
+bool isThere(const fs::path& path) {
+  return fs::exists(fs::symlink_status(path));
+}
+
 // Grows under a temporary name, so that a copy that is interrupted is not taken for the profile at the next start.
 void copyUnlessPresent(const fs::path& source, const fs::path& destination) {
-  if (fs::exists(fs::symlink_status(destination))) return;
+  if (isThere(destination) || isThere(asideOf(destination))) return;
   const InputFile input(source);
   if (!input.isRegular()) return;
   PartialFile copy(FileSystem::system(), destination.parent_path());
@@ -39,6 +43,10 @@ void copyLegacyProfiles(const fs::path& legacy, const fs::path& current) {
     const fs::path name = entry.path().filename();
     if (isProfileFileName(name)) copyUnlessPresent(entry.path(), current / name);
   }
+}
+
+fs::path asideOf(const fs::path& file) {
+  return file.native() + ".unreadable";
 }
 
 bool isProfileFileName(const fs::path& name) {

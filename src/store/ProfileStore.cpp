@@ -3,6 +3,7 @@
 #include "localization/Localization.h"
 #include "platform/AtomicFile.h"
 #include "platform/InputFile.h"
+#include "platform/MoveFile.h"
 #include "platform/NaturalOrder.h"
 #include "platform/Text.h"
 #include "preferences/UserFolders.h"
@@ -11,6 +12,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 namespace tessaly {
@@ -20,8 +23,10 @@ namespace fs = std::filesystem;
 InvalidProfile::InvalidProfile(std::string reason)
     : std::runtime_error(L("This profile is invalid or uses an unsupported version.")), reason_(std::move(reason)) {}
 
-UnreadableProfile::UnreadableProfile(const fs::path& file, std::string reason)
-    : std::runtime_error(displayName(file) + ": " + reason), reason_(std::move(reason)) {}
+UnreadableProfile::UnreadableProfile(fs::path file, std::string reason)
+    : std::runtime_error(displayText(file.native()) + ": " + L(reason)),
+      file_(std::move(file)),
+      reason_(std::move(reason)) {}
 
 namespace ProfileStore {
 namespace {
@@ -33,11 +38,29 @@ fs::path legacyDirectory() {
   return applicationSupportFolder() / "Orvendel" / "Profiles";
 }
 
-CameraProfile loadStored(const fs::path& file) {
+bool isMissing(const fs::path& file) {
+  std::error_code ignored;
+  return fs::symlink_status(file, ignored).type() == fs::file_type::not_found;
+}
+
+// Nothing when another process has deleted it since the folder was listed.
+std::optional<CameraProfile> loadStored(const fs::path& file) {
   try {
     return readProfile(file);
   } catch (const std::exception& error) {
+    if (isMissing(file)) return std::nullopt;
     throw UnreadableProfile(file, exceptionMessage(error));
+  }
+}
+
+// False when the name is taken.
+bool movedTo(const fs::path& from, const fs::path& to) {
+  try {
+    moveWithoutReplacing(FileSystem::system(), from, to);
+    return true;
+  } catch (const std::system_error& error) {
+    if (error.code() != std::errc::file_exists) throw;
+    return false;
   }
 }
 
@@ -94,10 +117,19 @@ std::vector<CameraProfile> loadAll() {
   copyLegacyProfiles(legacyDirectory(), directory());
   fs::create_directories(directory());
   std::vector<CameraProfile> profiles;
-  for (const fs::path& file : files())
-    profiles.push_back(loadStored(file));
+  for (const fs::path& file : files()) {
+    if (auto profile = loadStored(file)) profiles.push_back(std::move(*profile));
+  }
   sortByName(profiles);
   return profiles;
+}
+
+fs::path setAside(const fs::path& file) {
+  const fs::path first = asideOf(file);
+  fs::path place = first;
+  for (std::int64_t number = 2; !movedTo(file, place); ++number)
+    place = first.native() + "-" + std::to_string(number);
+  return place;
 }
 
 void remove(const CameraProfile& profile) {

@@ -25,15 +25,18 @@ class InvalidProfile final : public std::runtime_error {
   std::string reason_;
 };
 
-/// A file of the store that cannot be read as a profile; what() is its name, ": " and the reason.
+/// A file of the store that cannot be read as a profile; what() is its full path, ": " and the reason.
 class UnreadableProfile final : public std::runtime_error {
  public:
-  UnreadableProfile(const std::filesystem::path& file, std::string reason);
+  UnreadableProfile(std::filesystem::path file, std::string reason);
+
+  [[nodiscard]] const std::filesystem::path& file() const { return file_; }
 
   /// The decoder's or the system's words, in English.
   [[nodiscard]] const std::string& reason() const { return reason_; }
 
  private:
+  std::filesystem::path file_;
   std::string reason_;
 };
 
@@ -52,8 +55,14 @@ namespace ProfileStore {
 std::filesystem::path save(const CameraProfile& profile);
 
 /// All profiles, sorted by name in natural order, then by id, after copying those of an earlier version of the
-/// application. One file that cannot be read fails the whole call: throws UnreadableProfile.
+/// application. One file that cannot be read fails the whole call: throws UnreadableProfile. One that another process
+/// deletes meanwhile is not among them.
 [[nodiscard]] std::vector<CameraProfile> loadAll();
+
+/// Takes a file of the store that cannot be read out of the way, for loadAll() to succeed: gives it the ending
+/// ".unreadable", numbered where that name is taken, so that nothing is replaced. Returns where it is now. It is not
+/// migrated again from the folder of an earlier version of the application.
+std::filesystem::path setAside(const std::filesystem::path& file);
 
 /// Removes the profile's file; one that is missing is no error.
 void remove(const CameraProfile& profile);

@@ -125,7 +125,7 @@ TEST_F(ProfilesTest, OfAStoreThatCannotBeReadNameTheFile) {
   const ProgramResult result = run({"profiles", "list"});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.output, "");
-  EXPECT_THAT(result.errors, StartsWith("broken.json: "));
+  EXPECT_THAT(result.errors, StartsWith((folderOfStore / "broken.json").string() + ": "));
   EXPECT_THAT(linesOf(result.errors), SizeIs(2));
 }
 

@@ -10,7 +10,9 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
+#include <string>
 #include <system_error>
+#include <thread>
 
 namespace tessaly {
 namespace {
@@ -149,7 +151,8 @@ TEST_F(ProfileStoreTest, FailsAsAWholeForOneFileThatIsNoProfile) {
     static_cast<void>(ProfileStore::loadAll());
     FAIL() << "nothing thrown";
   } catch (const UnreadableProfile& error) {
-    EXPECT_EQ(error.what(), "broken.json: " + error.reason());
+    EXPECT_EQ(error.what(), (store / "broken.json").string() + ": " + error.reason());
+    EXPECT_EQ(error.file(), store / "broken.json");
     EXPECT_FALSE(error.reason().empty());
   }
 }
@@ -163,6 +166,46 @@ TEST_F(ProfileStoreTest, FailsForAProfileNameThatIsNoRegularFile) {
   fs::remove(store / "pipe.json");
   fs::create_symlink("nowhere", store / "link.json");
   EXPECT_THROW(static_cast<void>(ProfileStore::loadAll()), UnreadableProfile);
+}
+
+TEST_F(ProfileStoreTest, SetsAFileAsideThatCannotBeRead) {
+  ProfileStore::save(profileNamed("Good"));
+  for (const char* expected : {"broken.json.unreadable", "broken.json.unreadable-2", "broken.json.unreadable-3"}) {
+    tests::writeText(store / "broken.json", expected);
+    EXPECT_THROW(static_cast<void>(ProfileStore::loadAll()), UnreadableProfile);
+    EXPECT_EQ(ProfileStore::setAside(store / "broken.json"), store / expected);
+    EXPECT_EQ(tests::readText(store / expected), expected);
+    EXPECT_THAT(storedNames(), ElementsAre("Good"));
+  }
+  EXPECT_EQ(tests::readText(store / "broken.json.unreadable"), "broken.json.unreadable") << "nothing is replaced";
+}
+
+TEST_F(ProfileStoreTest, DoesNotCopyAnEarlierFileAgainThatWasSetAside) {
+  makeFolder(legacy);
+  tests::writeText(legacy / "broken.json", "no profile");
+  EXPECT_THROW(static_cast<void>(ProfileStore::loadAll()), UnreadableProfile);
+  ProfileStore::setAside(store / "broken.json");
+  EXPECT_THAT(ProfileStore::loadAll(), IsEmpty());
+  EXPECT_THAT(entriesOf(store), ElementsAre("broken.json.unreadable"));
+}
+
+TEST_F(ProfileStoreTest, CannotSetAsideWhatIsNotThere) {
+  makeFolder(store);
+  EXPECT_THROW(ProfileStore::setAside(store / "gone.json"), std::system_error);
+}
+
+TEST_F(ProfileStoreTest, DoesNotMissAProfileThatAnotherDeletesWhileTheListIsRead) {
+  ProfileStore::save(profileNamed("Kept"));
+  const fs::path file = fileOf(profileNamed("Passing"));
+  const std::jthread other([&](const std::stop_token& stop) {
+    for (int number = 0; !stop.stop_requested(); ++number) {
+      const fs::path passing = store / (std::to_string(number) + ".json");
+      fs::create_hard_link(file, passing);
+      fs::remove(passing);
+    }
+  });
+  for (int round = 0; round < 300; ++round)
+    EXPECT_NO_THROW(static_cast<void>(ProfileStore::loadAll()));
 }
 
 TEST_F(ProfileStoreTest, RemovesAProfile) {
