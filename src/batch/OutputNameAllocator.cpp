@@ -3,6 +3,7 @@
 #include "platform/Text.h"
 
 #include <fmt/format.h>
+#include <limits.h>
 
 #include <cstdint>
 #include <string_view>
@@ -10,6 +11,8 @@
 namespace tessaly {
 
 namespace {
+
+constexpr std::size_t longestName = NAME_MAX;
 
 struct NameParts {
   std::string_view stem;
@@ -23,9 +26,25 @@ NameParts split(std::string_view name) {
   return {name.substr(0, dot), name.substr(dot + 1)};
 }
 
+bool continuesCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// At most so many bytes of the text, without a part of a character at the end.
+std::string_view shortened(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  while (most > 0 && continuesCharacter(text[most]))
+    --most;
+  return text.substr(0, most);
+}
+
+/// A stem that leaves no room for itself stays: the file system shall say why it refuses the name.
 std::string numbered(const NameParts& parts, std::int64_t number) {
   const std::string_view dot = parts.extension.empty() ? "" : ".";
-  return fmt::format("{}-{}{}{}", parts.stem, number, dot, parts.extension);
+  const std::string ending = fmt::format("-{}{}{}", number, dot, parts.extension);
+  const bool hasRoom = ending.size() < longestName;
+  const std::string_view stem = hasRoom ? shortened(parts.stem, longestName - ending.size()) : parts.stem;
+  return std::string(stem) + ending;
 }
 
 }  // namespace

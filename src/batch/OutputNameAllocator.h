@@ -16,7 +16,8 @@ class OutputNameAllocator {
   explicit OutputNameAllocator(const std::vector<std::string>& existingNames);
 
   /// The name for the copy of the source called `name`: the name itself, or with `numberedCopy` the first free of
-  /// "stem-2.ext", "stem-3.ext", …; nothing when the name is taken and the policy is `skip`.
+  /// "stem-2.ext", "stem-3.ext", …; nothing when the name is taken and the policy is `skip`. Where the number makes the
+  /// name longer than file systems allow, the stem is shortened.
   [[nodiscard]] std::optional<std::string> allocate(const std::string& name, ExistingOutputPolicy policy);
 
  private:

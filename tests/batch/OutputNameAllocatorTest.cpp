@@ -47,6 +47,35 @@ TEST(OutputNameAllocator, PassesOverNumbersThatAreTaken) {
   EXPECT_EQ(names.allocate("a.dng", numberedCopy), "a-5.dng");
 }
 
+TEST(OutputNameAllocator, ShortensTheStemWhereTheNumberMakesTheNameTooLong) {
+  EXPECT_EQ(numbered(std::string(247, 'a') + ".dng"), std::string(247, 'a') + "-2.dng") << "251 bytes have room";
+  EXPECT_EQ(numbered(std::string(251, 'a') + ".dng"), std::string(249, 'a') + "-2.dng");
+  EXPECT_EQ(numbered(std::string(255, 'a')), std::string(253, 'a') + "-2");
+}
+
+TEST(OutputNameAllocator, ShortensAtACharactersBoundary) {
+  std::string name(247, 'a');
+  name += "é.dng";  // 253 bytes
+  name.insert(0, "aa");
+  EXPECT_EQ(numbered(name), std::string(249, 'a') + "-2.dng") << "not half of the é";
+  EXPECT_EQ(numbered(std::string(247, 'a') + "\xF0\x9F\x93\xB7.dng"), std::string(247, 'a') + "-2.dng");
+}
+
+TEST(OutputNameAllocator, GivesShortenedNamesOnlyOnce) {
+  OutputNameAllocator names({});
+  const std::string first = std::string(249, 'a') + "b1.dng";
+  const std::string second = std::string(249, 'a') + "b2.dng";
+  for (const std::string& name : {first, second})
+    EXPECT_EQ(names.allocate(name, numberedCopy), name);
+  EXPECT_EQ(names.allocate(first, numberedCopy), std::string(249, 'a') + "-2.dng");
+  EXPECT_EQ(names.allocate(second, numberedCopy), std::string(249, 'a') + "-3.dng");
+}
+
+TEST(OutputNameAllocator, LeavesAnExtensionAloneThatTakesAllTheRoom) {
+  const std::string extension(253, 'x');
+  EXPECT_EQ(numbered("a." + extension), "a-2." + extension);
+}
+
 TEST(OutputNameAllocator, NeverGivesTheSameNameTwice) {
   OutputNameAllocator names({});
   EXPECT_EQ(names.allocate("a.dng", numberedCopy), "a.dng");
