@@ -3,12 +3,18 @@
 #include "batch/BatchRun.h"
 #include "platform/Text.h"
 
-#include <cassert>
+#include <atomic>
 #include <system_error>
 #include <thread>
 #include <utility>
 
 namespace tessaly {
+
+namespace {
+
+constexpr const char* secondRun = "This batch has been started already.";
+
+}  // namespace
 
 struct BatchProcessor::Implementation {
   explicit Implementation(RepairFunction repairFunction) : repair(std::move(repairFunction)) {}
@@ -19,6 +25,7 @@ struct BatchProcessor::Implementation {
 
   const RepairFunction repair;
   CancelFlag cancelled;
+  std::atomic<bool> started = false;
   std::thread thread;  ///< of process()
 };
 
@@ -48,7 +55,10 @@ void BatchProcessor::cancel() {
 void BatchProcessor::process(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
                              CameraProfile profile, std::int64_t workers, BatchOptions options,
                              ProgressHandler progress, const CompletionHandler& completion) {
-  assert(!implementation_->thread.joinable());
+  if (implementation_->started.exchange(true)) {
+    callContained(completion, failureOfBatch(secondRun));
+    return;
+  }
   BatchOrder order{outputDirectory, std::move(profile), workers, options, std::move(progress), nullptr};
   try {
     implementation_->thread = std::thread(

@@ -32,7 +32,8 @@ class BatchProcessor {
   /// Lets files in progress finish and drops the rest. Any thread, any number of times; never undone.
   void cancel();
 
-  /// Starts the run and returns at once. `workers` is clamped to 1…4.
+  /// Starts the run and returns at once. `workers` is clamped to 1…4. A second call starts nothing: its `completion`
+  /// is told at once that it has failed.
   void process(const std::filesystem::path& inputDirectory, const std::filesystem::path& outputDirectory,
                CameraProfile profile, std::int64_t workers, BatchOptions options, ProgressHandler progress,
                const CompletionHandler& completion);

@@ -1,6 +1,7 @@
 // What a batch is asked to do and what it reports.
 #pragma once
 
+#include "platform/AbandonedFiles.h"
 #include "preferences/AppPreferences.h"
 #include "profile/CameraProfile.h"
 
@@ -18,6 +19,15 @@ struct BatchOptions {
   bool saveLog = true;
 };
 
+/// What the system refused, and where.
+struct BatchObstacle {
+  int errorNumber = 0;
+  std::filesystem::path place;  ///< the folder or file
+  bool isDestination = false;   ///< the folder for the copies, not what is read
+
+  bool operator==(const BatchObstacle&) const = default;
+};
+
 /// The outcome of one file, for the log and for callers that report each file (the command line).
 struct BatchFileOutcome {
   enum class Status { success, failed, skipped };
@@ -25,9 +35,10 @@ struct BatchFileOutcome {
   std::filesystem::path source;
   Status status = Status::success;
   std::int64_t repairedSamples = 0;
-  std::string details;    ///< as the log says it: always English, empty for a success
-  std::string message;    ///< of a failure, in the interface's language
-  std::string technical;  ///< of a failure, the innermost error's English description
+  std::string details;                                   ///< as the log says it: always English, empty for a success
+  std::string message;                                   ///< of a failure, in the interface's language
+  std::string technical;                                 ///< of a failure, the innermost error's English description
+  std::optional<BatchObstacle> obstacle = std::nullopt;  ///< of a failure of the destination
 };
 
 /// A snapshot taken when one file has finished.
@@ -61,8 +72,17 @@ struct BatchOrder {
 struct BatchFailure {
   std::string filename;  ///< as text; empty for a failure of the batch as a whole
   std::string message;   ///< in the interface's language; of the batch as a whole: English
+  std::optional<BatchObstacle> obstacle = std::nullopt;  ///< of the batch as a whole, and of the destination
 
   bool operator==(const BatchFailure&) const = default;
+};
+
+/// A file of the input folder that the counts do not tell of.
+struct BatchOmission {
+  std::string filename;  ///< as text
+  std::string cause;     ///< English
+
+  bool operator==(const BatchOmission&) const = default;
 };
 
 struct BatchSummary {
@@ -74,6 +94,9 @@ struct BatchSummary {
   std::vector<BatchFailure> failures;  ///< in finishing order
   std::optional<std::filesystem::path> logURL;
   std::optional<std::string> logError;
+  std::vector<BatchOmission> unexamined;   ///< entries that could not be looked at; not among the total
+  std::vector<BatchOmission> unaccounted;  ///< listed files without an outcome, of a run that was not stopped
+  std::vector<LeftFile> leftFiles;         ///< temporary files that earlier runs left and that stay
 
   bool operator==(const BatchSummary&) const = default;
 };

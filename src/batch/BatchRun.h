@@ -2,6 +2,7 @@
 #pragma once
 
 #include "batch/BatchProcessor.h"
+#include "batch/SourceFiles.h"
 
 #include <filesystem>
 #include <functional>
@@ -31,7 +32,7 @@ class CancelFlag {
 /// Where the source files of a run are.
 struct BatchSources {
   std::vector<std::filesystem::path> folders;
-  std::function<std::vector<std::filesystem::path>()> list;  ///< in the order of processing; may throw
+  std::function<SourceListing()> list;  ///< in the order of processing; may throw
 };
 
 [[nodiscard]] BatchSources sourcesInFolder(const std::filesystem::path& folder);

@@ -18,8 +18,12 @@ class BatchState {
   /// `total`: the number of source files listed.
   explicit BatchState(std::size_t total);
 
-  /// Counts a finished file, keeps its line for the log and, of a failure, its message.
-  BatchProgress record(const BatchFileOutcome& outcome);
+  /// Counts the finished source of that number in the list, keeps its line for the log and, of a failure, its message.
+  /// When it throws, for want of memory, nothing has been recorded.
+  BatchProgress record(std::size_t number, const BatchFileOutcome& outcome);
+
+  /// Whether the source of that number has been recorded.
+  [[nodiscard]] bool knows(std::size_t number) const;
 
   /// Puts the counts and failures into the summary.
   void report(BatchSummary& summary) const;
@@ -32,6 +36,7 @@ class BatchState {
   BatchProgress counts_;     ///< its file name stays empty
   std::vector<BatchFailure> failures_;
   std::vector<std::string> rows_;
+  std::vector<bool> known_;  ///< by the source's number
 };
 
 }  // namespace tessaly

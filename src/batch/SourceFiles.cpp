@@ -4,6 +4,7 @@
 #include "platform/NaturalOrder.h"
 #include "platform/Text.h"
 
+#include <algorithm>
 #include <string>
 #include <system_error>
 
@@ -15,15 +16,20 @@ bool isHidden(const std::filesystem::path& path) {
   return path.filename().native().starts_with('.');
 }
 
-// Of the entry itself: a symbolic link is no regular file, wherever it leads. An entry that cannot be examined is none.
-bool isRegularFile(const std::filesystem::directory_entry& entry) {
-  std::error_code error;
-  return std::filesystem::is_regular_file(entry.symlink_status(error));
+// The name comes first: it costs no question to the file system.
+bool hasSourceFileName(const std::filesystem::path& path) {
+  return !isHidden(path) && isSourceFileName(path);
 }
 
-bool isSourceFile(const std::filesystem::directory_entry& entry) {
-  // The name first: it costs no question to the file system.
-  return !isHidden(entry.path()) && isSourceFileName(entry.path()) && isRegularFile(entry);
+// The entry itself is asked for: a symbolic link is no regular file, wherever it leads. One that has gone is none.
+void examine(const std::filesystem::path& path, SourceListing& listing) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
+  if (std::filesystem::is_regular_file(status)) {
+    listing.files.push_back(path);
+  } else if (status.type() == std::filesystem::file_type::none) {
+    listing.unexamined.push_back({path, error});
+  }
 }
 
 }  // namespace
@@ -33,13 +39,18 @@ bool isSourceFileName(const std::filesystem::path& name) {
   return extension == "dng" || DNGReader::isProprietaryExtension(extension);
 }
 
-std::vector<std::filesystem::path> sourceFiles(const std::filesystem::path& folder) {
-  std::vector<std::filesystem::path> files;
+SourceListing listSourceFiles(const std::filesystem::path& folder) {
+  SourceListing listing;
   for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(folder)) {
-    if (isSourceFile(entry)) files.push_back(entry.path());
+    if (hasSourceFileName(entry.path())) examine(entry.path(), listing);
   }
-  sortByFileName(files);
-  return files;
+  sortByFileName(listing.files);
+  std::ranges::sort(listing.unexamined, {}, &UnexaminedEntry::path);
+  return listing;
+}
+
+std::vector<std::filesystem::path> sourceFiles(const std::filesystem::path& folder) {
+  return listSourceFiles(folder).files;
 }
 
 }  // namespace tessaly

@@ -2,12 +2,27 @@
 #pragma once
 
 #include <filesystem>
+#include <system_error>
 #include <vector>
 
 namespace tessaly {
 
 /// Whether the name's extension, lower-cased, is "dng" or one of the cameras' own raw formats.
 [[nodiscard]] bool isSourceFileName(const std::filesystem::path& name);
+
+/// An entry with a source file's name that could not be looked at.
+struct UnexaminedEntry {
+  std::filesystem::path path;
+  std::error_code error;
+};
+
+struct SourceListing {
+  std::vector<std::filesystem::path> files;
+  std::vector<UnexaminedEntry> unexamined;  ///< by their bytes
+};
+
+/// The candidate source files of a folder, as sourceFiles() gives them, and the entries that may be some.
+[[nodiscard]] SourceListing listSourceFiles(const std::filesystem::path& folder);
 
 /// The candidate source files at the top level of a folder, in natural order of their names: regular files (a symbolic
 /// link is none) that are not hidden and have a source file's name. Throws std::system_error when the folder cannot be

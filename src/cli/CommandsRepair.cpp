@@ -41,17 +41,16 @@ struct RepairOptions {
 struct Sources {
   fs::path source;
   bool isFolder = false;
-  bool isReadable = true;
   std::vector<fs::path> files;
 };
 
 Sources sourcesOf(const fs::path& source) {
   std::error_code error;
-  if (!fs::is_directory(source, error)) return {source, false, fs::exists(source, error), {source}};
+  if (!fs::is_directory(source, error)) return {source, false, {source}};
   try {
-    return {source, true, true, sourceFiles(source)};
+    return {source, true, sourceFiles(source)};
   } catch (const std::exception&) {
-    return {source, true, false, {}};  // the batch itself finds out, and says why
+    return {source, true, {}};  // the batch itself finds out, and says why
   }
 }
 
@@ -98,25 +97,23 @@ BatchSummary runBatch(const RepairOptions& options, const Sources& sources, cons
                           : processor.processFiles(sources.files, std::move(order));
 }
 
-bool isTranslated(const std::string& english) {
-  return Localization::text(english, AppLanguage::french) != english;
-}
-
-/// A sentence speaks for itself; the system's words need the name of the folder or file that they are about.
-void tellWholeFailure(const std::string& message, const Sources& sources, const fs::path& output) {
-  const std::string subject = displayName(sources.isReadable ? output : sources.source);
-  Console::note(isTranslated(message) ? L(message) : subject + ": " + message);
-  Console::note("Cause: " + message);
+void tell(const std::string& description, const std::string& cause) {
+  Console::note(description);
+  Console::note("Cause: " + cause);
 }
 
 /// Failed files were told when they failed; this is the rest.
-void tellFailures(const BatchSummary& summary, const Sources& sources, const fs::path& output) {
+void tellFailures(const BatchSummary& summary) {
   for (const BatchFailure& failure : summary.failures) {
-    if (failure.filename.empty()) tellWholeFailure(failure.message, sources, output);
+    if (failure.filename.empty()) tell(BatchTexts::description(failure), failure.message);
   }
-  if (!summary.logError) return;
-  Console::note(LF("Log writing failed: %@", {*summary.logError}));
-  Console::note("Cause: " + *summary.logError);
+  for (const BatchOmission& entry : summary.unexamined)
+    tell(BatchTexts::unexamined(entry), entry.cause);
+  for (const BatchOmission& file : summary.unaccounted)
+    tell(BatchTexts::unaccounted(file), file.cause);
+  for (const LeftFile& file : summary.leftFiles)
+    Console::note(BatchTexts::leftFile(file));
+  if (summary.logError) tell(LF("Log writing failed: %@", {L(*summary.logError)}), *summary.logError);
 }
 
 ExitStatus repair(const RepairOptions& options, const Context& context) {
@@ -125,7 +122,7 @@ ExitStatus repair(const RepairOptions& options, const Context& context) {
   const fs::path output = outputFolder(options, sources);
   checkSummary(options, sources, profile, output);
   const BatchSummary summary = runBatch(options, sources, profile.profile, output, context.interruption);
-  tellFailures(summary, sources, output);
+  tellFailures(summary);
   Console::write(BatchTexts::alertText(summary) + "\n");
   if (!options.summary.empty()) OutputFiles::write(options.summary, batchSummaryJSON(summary).dump(2) + "\n");
   return BatchTexts::isWarning(summary) ? ExitStatus::failed : ExitStatus::done;

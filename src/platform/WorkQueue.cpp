@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-#include <system_error>
+#include <exception>
 #include <utility>
 
 namespace tessaly {
@@ -20,8 +20,8 @@ WorkQueue::WorkQueue(std::string name, std::size_t maximumConcurrency) : name_(s
     for (std::size_t worker = 0; worker < maximumConcurrency; ++worker) {
       threads_.emplace_back([this, worker](const std::stop_token& stop) { work(stop, worker); });
     }
-  } catch (const std::system_error&) {
-    // The system grants no more threads now; fewer do the same work.
+  } catch (const std::exception&) {
+    // The system grants no more threads, or no memory for them, now; fewer do the same work.
   }
 }
 

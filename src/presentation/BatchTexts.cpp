@@ -1,21 +1,50 @@
 #include "presentation/BatchTexts.h"
 
 #include "batch/OutputFolder.h"
+#include "localization/DestinationMessages.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace tessaly::BatchTexts {
 namespace {
 
 constexpr std::size_t mostFailuresShown = 5;
+constexpr std::size_t mostNamesShown = 5;
 
 std::string cancelledSuffix(const BatchSummary& summary) {
   return summary.cancelled ? " (" + L("Cancelled") + ")" : "";
+}
+
+bool hasDestinationSentence(const BatchFailure& failure) {
+  return failure.obstacle && failure.obstacle->isDestination &&
+         Localization::hasDestinationMessage(failure.obstacle->errorNumber);
+}
+
+std::string destinationSentence(const BatchObstacle& obstacle) {
+  return Localization::destinationMessage(DestinationError(obstacle.errorNumber, obstacle.place));
+}
+
+std::string_view reasonOf(LeftFile::Reason reason) {
+  switch (reason) {
+    case LeftFile::Reason::notRegular:
+      return "it is no regular file";
+    case LeftFile::Reason::otherUser:
+      return "it belongs to another user";
+    case LeftFile::Reason::recent:
+      return "it changed within the last day";
+    case LeftFile::Reason::inUse:
+      return "another program is using it";
+    case LeftFile::Reason::refused:
+      break;
+  }
+  return "the system does not let it be removed";
 }
 
 std::string failureLine(const BatchFailure& failure) {
@@ -29,8 +58,41 @@ std::string failureLines(const BatchSummary& summary) {
   return lines;
 }
 
+// Once, however many files it has cost.
+std::string destinationSuffix(const BatchSummary& summary) {
+  const auto refused = std::ranges::find_if(summary.failures, [](const BatchFailure& failure) {
+    return failure.obstacle && failure.obstacle->isDestination;
+  });
+  return refused == summary.failures.end() ? "" : "  " + destinationSentence(*refused->obstacle);
+}
+
+std::string names(const std::vector<BatchOmission>& omissions) {
+  std::vector<std::string> shown;
+  for (const BatchOmission& omission : omissions) {
+    if (shown.size() < mostNamesShown) shown.push_back(omission.filename);
+  }
+  return fmt::format("{}{}", fmt::join(shown, ", "), omissions.size() > mostNamesShown ? ", …" : "");
+}
+
+std::string omissionSuffix(const BatchSummary& summary) {
+  std::string suffix;
+  if (!summary.unexamined.empty()) suffix += "  " + LF("Left out: %@", {names(summary.unexamined)});
+  if (!summary.unaccounted.empty()) suffix += "  " + LF("Unaccounted for: %@", {names(summary.unaccounted)});
+  return suffix;
+}
+
+std::string detailLines(const BatchSummary& summary) {
+  std::vector<std::string> lines;
+  if (!summary.failures.empty()) lines.push_back(failureLines(summary));
+  for (const BatchOmission& entry : summary.unexamined)
+    lines.push_back(unexamined(entry));
+  for (const BatchOmission& file : summary.unaccounted)
+    lines.push_back(unaccounted(file));
+  return fmt::format("{}", fmt::join(lines, "\n"));
+}
+
 std::string detailsBlock(const BatchSummary& summary) {
-  const std::string lines = failureLines(summary);
+  const std::string lines = detailLines(summary);
   return lines.empty() ? "" : "\n\n" + L("Details") + ":\n" + lines;
 }
 
@@ -39,7 +101,7 @@ std::string logText(const BatchSummary& summary) {
 }
 
 std::string logErrorBlock(const BatchSummary& summary) {
-  return summary.logError ? "\n" + LF("Log writing failed: %@", {*summary.logError}) : "";
+  return summary.logError ? "\n" + LF("Log writing failed: %@", {L(*summary.logError)}) : "";
 }
 
 }  // namespace
@@ -52,7 +114,7 @@ std::string progressLine(const BatchProgress& progress) {
 
 std::string statusLine(const BatchSummary& summary) {
   return LF("Complete: %d succeeded, %d failed, %d skipped", {summary.succeeded, summary.failed, summary.skipped}) +
-         cancelledSuffix(summary);
+         cancelledSuffix(summary) + destinationSuffix(summary) + omissionSuffix(summary);
 }
 
 std::string alertText(const BatchSummary& summary) {
@@ -62,7 +124,7 @@ std::string alertText(const BatchSummary& summary) {
 }
 
 bool isWarning(const BatchSummary& summary) {
-  return summary.failed != 0 || summary.logError;
+  return summary.failed != 0 || summary.logError || !summary.unexamined.empty() || !summary.unaccounted.empty();
 }
 
 bool canOpenResults(const BatchSummary& summary, const std::filesystem::path& outputFolder) {
@@ -71,7 +133,26 @@ bool canOpenResults(const BatchSummary& summary, const std::filesystem::path& ou
 }
 
 std::string message(const BatchFailure& failure) {
-  return failure.filename.empty() ? L(failure.message) : failure.message;
+  if (!failure.filename.empty()) return failure.message;
+  return hasDestinationSentence(failure) ? destinationSentence(*failure.obstacle) : L(failure.message);
+}
+
+std::string description(const BatchFailure& failure) {
+  const bool isSentence = !failure.filename.empty() || !failure.obstacle || hasDestinationSentence(failure);
+  if (isSentence) return message(failure);
+  return displayName(failure.obstacle->place) + ": " + message(failure);
+}
+
+std::string unexamined(const BatchOmission& entry) {
+  return LF("Tessaly couldn't look at “%@” and left it out: %@", {entry.filename, L(entry.cause)});
+}
+
+std::string unaccounted(const BatchOmission& file) {
+  return LF("Tessaly can't tell what became of “%@”. Look for its copy in the output folder.", {file.filename});
+}
+
+std::string leftFile(const LeftFile& file) {
+  return LF("Unfinished copy left in place: %@ (%@)", {displayText(file.file.native()), L(reasonOf(file.reason))});
 }
 
 std::string foundFiles(std::int64_t count) {

@@ -14,10 +14,10 @@ namespace tessaly::BatchTexts {
 /// The status while a batch runs.
 [[nodiscard]] std::string progressLine(const BatchProgress& progress);
 
-/// The status when it has ended.
+/// The status when it has ended; says what the destination refused and names files that the counts do not tell of.
 [[nodiscard]] std::string statusLine(const BatchSummary& summary);
 
-/// The alert when it has ended, with the first failures and the log.
+/// The alert when it has ended, with the first failures, the files that the counts do not tell of, and the log.
 [[nodiscard]] std::string alertText(const BatchSummary& summary);
 
 /// Whether that alert is a warning rather than a piece of information.
@@ -28,6 +28,18 @@ namespace tessaly::BatchTexts {
 
 /// The message of a failure as it is shown: that of a whole batch is kept in English.
 [[nodiscard]] std::string message(const BatchFailure& failure);
+
+/// The same with the name of the folder or file that the system's words are about.
+[[nodiscard]] std::string description(const BatchFailure& failure);
+
+/// Of an entry that could not be looked at.
+[[nodiscard]] std::string unexamined(const BatchOmission& entry);
+
+/// Of a listed file of which nothing is known.
+[[nodiscard]] std::string unaccounted(const BatchOmission& file);
+
+/// Of a temporary file that an earlier run has left, and why it stays.
+[[nodiscard]] std::string leftFile(const LeftFile& file);
 
 /// How many candidate files a chosen folder holds.
 [[nodiscard]] std::string foundFiles(std::int64_t count);

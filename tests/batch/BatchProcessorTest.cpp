@@ -107,11 +107,19 @@ BatchSummary run(BatchProcessor::RepairFunction repair, const BatchFolders& fold
   return runIn(processor, folders, options, workers, progress, file);
 }
 
-BatchSummary failureOfWhole(const std::string& message) {
+BatchSummary failureOfWhole(const std::string& message, const std::optional<BatchObstacle>& obstacle = std::nullopt) {
   BatchSummary summary;
   summary.failed = 1;
-  summary.failures.push_back({"", message});
+  summary.failures.push_back({"", message, obstacle});
   return summary;
+}
+
+BatchSummary refusedSource(const std::string& message, int errorNumber, const Path& place) {
+  return failureOfWhole(message, BatchObstacle{errorNumber, place, false});
+}
+
+BatchSummary refusedDestination(const std::string& message, int errorNumber, const Path& place) {
+  return failureOfWhole(message, BatchObstacle{errorNumber, place, true});
 }
 
 BatchSummary succeeded(std::int64_t count) {
@@ -144,9 +152,9 @@ TEST(BatchProcessor, RefusesEqualFoldersBeforeItLooksAtThem) {
 TEST(BatchProcessor, ReportsAnInputFolderThatCannotBeListed) {
   BatchFolders folders;
   folders.input = folders.folder / "missing";
-  EXPECT_EQ(run(pretending(), folders, withLog), failureOfWhole("No such file or directory"));
+  EXPECT_EQ(run(pretending(), folders, withLog), refusedSource("No such file or directory", ENOENT, folders.input));
   writeText(folders.input, "a file");
-  EXPECT_EQ(run(pretending(), folders, withLog), failureOfWhole("Not a directory"));
+  EXPECT_EQ(run(pretending(), folders, withLog), refusedSource("Not a directory", ENOTDIR, folders.input));
   EXPECT_FALSE(std::filesystem::exists(folders.output));
 }
 
@@ -163,9 +171,9 @@ TEST(BatchProcessor, ReportsAFolderWithoutSourceFiles) {
 TEST(BatchProcessor, ReportsAnOutputFolderThatCannotBeMade) {
   BatchFolders folders({"a.dng"});
   writeText(folders.output, "a file in the way");
-  EXPECT_EQ(run(pretending(), folders, withLog), failureOfWhole("Not a directory"));
+  EXPECT_EQ(run(pretending(), folders, withLog), refusedDestination("Not a directory", ENOTDIR, folders.output));
   folders.output /= "inside";
-  EXPECT_EQ(run(pretending(), folders, withLog), failureOfWhole("Not a directory"));
+  EXPECT_EQ(run(pretending(), folders, withLog), refusedDestination("Not a directory", ENOTDIR, folders.output));
 }
 
 /// Runs a batch as a user who may not do everything and compares its summary there.
@@ -178,7 +186,7 @@ TEST(BatchProcessor, ReportsFoldersWithoutPermission) {
   using std::filesystem::perms;
   const BatchFolders folders({"a.dng"});
   std::filesystem::permissions(folders.input, perms::none);
-  EXPECT_TRUE(ordinaryUserGets(failureOfWhole("Permission denied"), folders));
+  EXPECT_TRUE(ordinaryUserGets(refusedSource("Permission denied", EACCES, folders.input), folders));
   std::filesystem::permissions(folders.input, perms::all);
   EXPECT_TRUE(ordinaryUserGets(succeeded(1), folders));
 }
@@ -189,7 +197,7 @@ TEST(BatchProcessor, ReportsAnOutputFolderThatMayNotBeMade) {
   folders.makeOutput({});
   std::filesystem::permissions(folders.output, perms::owner_all | perms::others_read | perms::others_exec);
   folders.output /= "new";
-  EXPECT_TRUE(ordinaryUserGets(failureOfWhole("Permission denied"), folders));
+  EXPECT_TRUE(ordinaryUserGets(refusedDestination("Permission denied", EACCES, folders.output), folders));
 }
 
 TEST(BatchProcessor, TakesEveryNameForFreeWhereTheOutputFolderCannotBeListed) {
@@ -198,10 +206,10 @@ TEST(BatchProcessor, TakesEveryNameForFreeWhereTheOutputFolderCannotBeListed) {
   folders.makeOutput({"a.dng"});
   std::filesystem::permissions(folders.output, perms::owner_all | perms::others_write | perms::others_exec);
   std::filesystem::permissions(folders.folder.path(), perms::all);
-  // The repair itself refuses the name that is taken after all.
+  // The name that is taken after all is seen before its file is read.
   EXPECT_EQ(tests::asOrdinaryUser([&] {
               const BatchSummary summary = run(pretending(), folders);
-              return summary.succeeded == 1 && summary.failed == 1 && summary.skipped == 0 ? 0 : 1;
+              return summary.succeeded == 1 && summary.failed == 0 && summary.skipped == 1 ? 0 : 1;
             }),
             0);
   EXPECT_EQ(readText(folders.output / "a.dng"), "earlier");
@@ -661,6 +669,24 @@ TEST(BatchProcessor, CompletesWithAFailureOfTheWholeBatchToo) {
   EXPECT_EQ(completed.get_future().get(), failureOfWhole("Input and output folders cannot be the same"));
 }
 
+TEST(BatchProcessor, ReportsASecondRunAsAFailureAndLeavesTheFirstAlone) {
+  const BatchFolders folders({"a.dng"});
+  Gate gate;
+  std::promise<BatchSummary> first;
+  std::promise<BatchSummary> second;
+  BatchProcessor processor([&](const Path& source, const Path& destination, const CameraProfile&, RepairWorkspace&) {
+    gate.pass();
+    return pretendRepair(source, destination);
+  });
+  processor.process(folders.input, folders.output, {}, 1, withoutLog, nullptr,
+                    [&](const BatchSummary& summary) { first.set_value(summary); });
+  processor.process(folders.input, folders.output, {}, 1, withoutLog, nullptr,
+                    [&](const BatchSummary& summary) { second.set_value(summary); });
+  EXPECT_EQ(second.get_future().get(), failureOfWhole("This batch has been started already."));
+  gate.open();
+  EXPECT_EQ(first.get_future().get(), succeeded(1));
+}
+
 // Listed files.
 
 TEST(BatchProcessor, TakesListedFilesInTheirOrderWhateverTheirNames) {
@@ -691,7 +717,7 @@ TEST(BatchProcessor, MakesNoFolderForListedFilesOfWhichNoneExists) {
   BatchProcessor processor(pretending());
   EXPECT_EQ(processor.processFiles({missing},
                                    {.outputFolder = folders.input / "missing/Tessaly Results", .options = withLog}),
-            failureOfWhole("No such file or directory"));
+            refusedSource("No such file or directory", ENOENT, missing));
   EXPECT_THAT(namesIn(folders.input), IsEmpty());
 }
 

@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <sys/resource.h>
 
+#include <chrono>
+
 namespace tessaly::tests {
 namespace {
 
@@ -217,6 +219,64 @@ TEST_F(RepairTest, IntoWhatIsNoFolderFailsWithItsName) {
   const ProgramResult result = run({"repair", "photos", "--profile", "p.json", "--output", "p.json/out"});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.errors, "out: Not a directory\nCause: Not a directory\n");
+}
+
+TEST_F(RepairTest, NamesEntriesThatCannotBeLookedAtAndFails) {
+  if (geteuid() != 0) GTEST_SKIP() << "only the superuser can become another user";
+  for (const fs::path& way : {folder.path(), scratch.path(), home})
+    fs::create_directories(way), fs::permissions(way, fs::perms::all);
+  fs::permissions(photos, fs::perms::others_read);  // names, but nothing about them
+  const ProgramResult result = run({"repair", "photos", "--profile", "p.json", "--output", "out"}, [] {
+    if (setresuid(65534, 65534, 65534) != 0) _exit(125);
+  });
+  fs::permissions(photos, fs::perms::all);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.errors, HasSubstr("Tessaly couldn't look at “L1.DNG” and left it out: Permission denied\n"
+                                       "Cause: Permission denied\n"));
+}
+
+TEST_F(RepairTest, TellsThatTheDestinationIsFullAndNotThatThePhotographIsBroken) {
+  const ProgramResult result = run({"repair", "photos", "--profile", "p.json"}, [] {
+    const rlimit bytes{4096, 4096};
+    setrlimit(RLIMIT_FSIZE, &bytes);
+  });
+  EXPECT_EQ(result.status, 1);
+  const std::string told = "L1.DNG: Tessaly couldn't write to the folder “" + fs::canonical(results).string() +
+                           "”: the file is too large for it. Choose another folder, then retry.";
+  EXPECT_EQ(result.errors, told + "\nCause: Unable to read: File too large\n");
+  EXPECT_THAT(result.output, HasSubstr("Details:\n" + told + "\n"));
+}
+
+TEST_F(RepairTest, OfOneFileOntoAnExistingOneRefusesAsEver) {
+  writeText(folder / "taken.dng", "mine");
+  const ProgramResult result = run({"repair-file", "photos/L1.DNG", "taken.dng", "--profile", "p.json"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.errors,
+            "L1.DNG: This DNG appears incomplete or has invalid image information. Copy the original file again from "
+            "your card or backup and retry. For help, email support@tessaly.example with your camera model and we'll "
+            "look at adding support.\nCause: Invalid DNG structure: Output exists or equals source\n");
+  EXPECT_EQ(readText(folder / "taken.dng"), "mine");
+}
+
+TEST_F(RepairTest, OfOneFileNamesTheFolderThatCannotTakeTheCopy) {
+  const ProgramResult result =
+      run({"repair-file", "photos/L1.DNG", "out/" + std::string(300, 'a') + ".dng", "--profile", "p.json"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.errors, HasSubstr("/out”: the file's name is too long there."));
+  EXPECT_THAT(result.errors, HasSubstr("\nCause: Unable to read: File name too long\n"));
+}
+
+TEST_F(RepairTest, NamesTheUnfinishedCopyThatItLeaves) {
+  const std::string name = ".0F1E2D3C-4B5A-4978-8796-A5B4C3D2E1F0.partial";
+  fs::create_directory(results);
+  writeText(results / name, "");
+  const ProgramResult result = run({"repair", "photos", "--profile", "p.json"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.errors, HasSubstr("Unfinished copy left in place: "));
+  EXPECT_THAT(result.errors, HasSubstr(name + " (it changed within the last day)\n"));
+  fs::last_write_time(results / name, fs::file_time_type::clock::now() - std::chrono::hours(25));
+  EXPECT_EQ(run({"repair", "photos", "--profile", "p.json"}).errors.find("Unfinished"), std::string::npos);
+  EXPECT_FALSE(fs::exists(results / name));
 }
 
 TEST_F(RepairTest, WithoutAProfileTouchesNothing) {

@@ -5,6 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <set>
+#include <string>
+
 namespace tessaly {
 namespace {
 
@@ -50,6 +54,66 @@ TEST_F(BatchTextsTest, SayHowABatchEnded) {
   EXPECT_EQ(BatchTexts::statusLine(summary), "Terminé : 8 réussis, 1 échecs, 2 ignorés (Annulé)");
   speak(AppLanguage::chinese);
   EXPECT_EQ(BatchTexts::statusLine(summary), "完成：成功 8，失败 1，跳过 2 (已取消)");
+}
+
+TEST_F(BatchTextsTest, NameTheFolderThatTheSystemRefused) {
+  const BatchFailure listing{"", "No such file or directory", BatchObstacle{ENOENT, "/photos/June", false}};
+  EXPECT_EQ(BatchTexts::message(listing), "No such file or directory");
+  EXPECT_EQ(BatchTexts::description(listing), "June: No such file or directory");
+  const BatchFailure making{"", "Not a directory", BatchObstacle{ENOTDIR, "/photos/out", true}};
+  EXPECT_EQ(BatchTexts::description(making), "out: Not a directory");
+  speak(AppLanguage::french);
+  EXPECT_EQ(BatchTexts::description(listing), "June: Fichier ou dossier introuvable");
+}
+
+TEST_F(BatchTextsTest, SayWhyTheFolderForTheCopiesCannotBeWritten) {
+  const BatchFailure failure{"", "Permission denied", BatchObstacle{EACCES, "/photos/out", true}};
+  const std::string told =
+      "Tessaly couldn't write to the folder “/photos/out”: permission denied. Choose a folder that you may write to, "
+      "then retry.";
+  EXPECT_EQ(BatchTexts::message(failure), told);
+  EXPECT_EQ(BatchTexts::description(failure), told);
+  BatchSummary summary;
+  summary.failed = 2;
+  summary.failures = {failure, failure};
+  EXPECT_EQ(BatchTexts::statusLine(summary), "Complete: 0 succeeded, 2 failed, 0 skipped  " + told);
+}
+
+TEST_F(BatchTextsTest, NameFilesThatTheCountsDoNotTellOf) {
+  BatchSummary summary;
+  summary.total = summary.succeeded = 2;
+  summary.unexamined = {{"a.dng", "Input/output error"}};
+  EXPECT_TRUE(BatchTexts::isWarning(summary));
+  EXPECT_EQ(BatchTexts::statusLine(summary), "Complete: 2 succeeded, 0 failed, 0 skipped  Left out: a.dng");
+  EXPECT_THAT(BatchTexts::alertText(summary),
+              testing::HasSubstr("\n\nDetails:\nTessaly couldn't look at “a.dng” and left it out: Input/output error"));
+  summary.unexamined.clear();
+  summary.unaccounted = {{"b.dng", "x"}, {"c", ""}, {"d", ""}, {"e", ""}, {"f", ""}, {"g", ""}};
+  EXPECT_TRUE(BatchTexts::isWarning(summary));
+  EXPECT_EQ(BatchTexts::statusLine(summary),
+            "Complete: 2 succeeded, 0 failed, 0 skipped  Unaccounted for: b.dng, c, d, e, f, …");
+  EXPECT_THAT(BatchTexts::alertText(summary), testing::HasSubstr("Tessaly can't tell what became of “b.dng”."));
+}
+
+TEST_F(BatchTextsTest, NameALeftFileAndWhyItStays) {
+  EXPECT_EQ(BatchTexts::leftFile({"/out/.X.partial", LeftFile::Reason::inUse}),
+            "Unfinished copy left in place: /out/.X.partial (another program is using it)");
+  speak(AppLanguage::french);
+  EXPECT_EQ(BatchTexts::leftFile({"/out/.X.partial", LeftFile::Reason::recent}),
+            "Copie inachevée laissée en place\u00A0: /out/.X.partial (elle a changé au cours des dernières 24 heures)");
+}
+
+TEST_F(BatchTextsTest, KnowEveryReasonForLeavingAFileInEveryLanguage) {
+  using Reason = LeftFile::Reason;
+  for (const Reason reason : {Reason::notRegular, Reason::otherUser, Reason::recent, Reason::inUse, Reason::refused}) {
+    std::set<std::string> texts;
+    for (const AppLanguage language : {AppLanguage::english, AppLanguage::chinese, AppLanguage::french}) {
+      speak(language);
+      const std::string text = BatchTexts::leftFile({"x", reason});
+      texts.insert(text.substr(text.find('(') + 1));
+    }
+    EXPECT_EQ(texts.size(), 3U) << *texts.begin();
+  }
 }
 
 TEST_F(BatchTextsTest, AlertOfASuccessNamesTheLog) {

@@ -24,6 +24,7 @@ namespace {
 
 using Path = std::filesystem::path;
 using Status = BatchFileOutcome::Status;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Le;
 using testing::SizeIs;
@@ -111,6 +112,8 @@ TEST_F(Faults, AFullDiskFailsTheFilesThatHaveNoRoom) {
   if (!disk.isMounted()) GTEST_SKIP() << "mounting is not permitted here";
   const Outcome full = run(folder / "disk/output");
   EXPECT_EQ(causes(full), std::set<std::string>{"Unable to read: No space left on device"});
+  EXPECT_THAT(full.summary.failures.front().message,
+              HasSubstr("“" + (folder / "disk/output").string() + "”: no space left"));
   EXPECT_GE(full.summary.succeeded, 2);
   expectExactlyTheCopiesThatSucceeded(full, folder / "disk/output");
   scene.expectOriginalsUntouched();
@@ -239,7 +242,7 @@ TEST_F(Faults, ADestinationThatAppearsStaysAsItIs) {
     if (destination.filename() == "L1004.dng") std::filesystem::create_symlink("nowhere", destination);
   });
   EXPECT_EQ(disturbed.summary.succeeded, 4);
-  EXPECT_EQ(causes(disturbed), std::set<std::string>{"Invalid DNG structure: Output exists or equals source"});
+  EXPECT_EQ(disturbed.summary.skipped, 2);
   EXPECT_EQ(readText(output / "L1003.dng"), "somebody else's");
   EXPECT_TRUE(std::filesystem::is_symlink(output / "L1004.dng"));
   EXPECT_THAT(namesIn(output), SizeIs(7)) << "six names and the log";

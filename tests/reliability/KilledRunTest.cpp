@@ -71,6 +71,23 @@ TEST_F(KilledRun, LeavesOriginalsUntouchedAndOnlyWholeCopiesUnderFinalNames) {
   RecordProperty("temporaryFilesLeft", static_cast<int>(temporaries));
 }
 
+TEST_F(KilledRun, LeavesTemporaryFilesThatARunOnAnotherDayRemoves) {
+  const auto longest = wholeRun().count();
+  std::mt19937 random(7);
+  std::uniform_int_distribution<std::int64_t> delay(0, longest);
+  const std::filesystem::path output = folder / "output";
+  std::vector<std::string> left;
+  for (int round = 0; round < mostRounds && left.empty(); ++round) {
+    std::filesystem::remove_all(output);
+    left = killedAfter(microseconds(delay(random)), output).temporaries;
+  }
+  ASSERT_FALSE(left.empty()) << "the moments were badly chosen";
+  for (const std::string& name : left)
+    last_write_time(output / name, std::filesystem::file_time_type::clock::now() - std::chrono::hours(25));
+  EXPECT_EQ(ChildProcess(command(output), folder / "summary.json").wait(), 0);
+  EXPECT_TRUE(contentsOf(output).temporaries.empty()) << "the lock went with the process";
+}
+
 TEST_F(KilledRun, IsContinuedByTheNextOne) {
   const auto half = wholeRun() / 2;
   const std::filesystem::path output = folder / "output";

@@ -3,7 +3,7 @@
 #include "batch/BatchFolders.h"
 #include "batch/RepairLog.h"
 #include "dng/DNGReader.h"
-#include "platform/UUID.h"
+#include "platform/AbandonedFiles.h"
 #include "profile/CameraProfileJSON.h"
 #include "repair/RepairCopy.h"
 #include "support/FileBytes.h"
@@ -14,9 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
 #include <random>
-#include <string_view>
 
 namespace tessaly::tests {
 
@@ -49,15 +47,6 @@ CameraProfile profileFor(const std::filesystem::path& file) {
   line.yEnd = metadata.rawHeight - 1;
   profile.lines.push_back(line);
   return profile;
-}
-
-// "." + UUID in capitals + ".partial"
-bool isTemporaryName(const std::string& name) {
-  constexpr std::string_view ending = ".partial";
-  if (!name.starts_with('.') || !name.ends_with(ending)) return false;
-  const std::string identifier = name.substr(1, name.size() - 1 - ending.size());
-  const std::optional<UUID> parsed = UUID::parse(identifier);
-  return parsed && parsed->text() == identifier;
 }
 
 }  // namespace
