@@ -41,7 +41,7 @@ FailureText failureText(const std::exception& error, std::string_view subject) {
   if (const auto* invalid = dynamic_cast<const InvalidProfile*>(&error))
     return {withSubject(subject, InvalidProfile(invalid->reason()).what()), invalid->reason()};
   if (const auto* unreadable = dynamic_cast<const UnreadableProfile*>(&error))
-    return {unreadable->what(), unreadable->reason()};
+    return {withSubject(displayText(unreadable->file().native()), L(unreadable->reason())), unreadable->reason()};
   if (dynamic_cast<const ProfileDecodingError*>(&error))
     return {withSubject(subject, InvalidProfile(error.what()).what()), error.what()};
   return {withSubject(subject, errorDescription(error)), exceptionMessage(error)};

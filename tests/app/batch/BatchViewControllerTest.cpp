@@ -81,7 +81,9 @@ TEST_F(BatchTab, TellsOfProfilesThatCannotBeLoaded) {
   fs::create_directories(ProfileStore::directory());
   std::ofstream(ProfileStore::directory() / "broken.json") << "{";
   BatchViewController broken(panels);
-  EXPECT_THAT(broken.statusLabel->stringValue(), StartsWith("Unable to load camera profiles: broken.json: "));
+  EXPECT_THAT(
+      broken.statusLabel->stringValue(),
+      StartsWith("Unable to load camera profiles: " + (ProfileStore::directory() / "broken.json").string() + ": "));
   EXPECT_EQ(broken.profilePopUp->currentText(), "No Camera Profiles");
 }
 
