@@ -23,11 +23,10 @@ std::string messageOf(int errorNumber, AppLanguage language = english) {
 
 TEST(DestinationMessages, NameTheFolderAndTheReason) {
   const std::pair<int, const char*> rows[] = {
-      {ENOSPC, "no space left"},     {EDQUOT, "quota"},
-      {EACCES, "permission denied"}, {EPERM, "permission denied"},
-      {EROFS, "read-only"},          {ENAMETOOLONG, "too long"},
-      {EINVAL, "not allowed there"}, {EILSEQ, "not allowed there"},
-      {EFBIG, "too large"},          {EEXIST, "already exists"},
+      {ENOSPC, "no space left"},     {EDQUOT, "disk quota"},        {EACCES, "permission denied"},
+      {EPERM, "permission denied"},  {EROFS, "read-only"},          {ENAMETOOLONG, "too long"},
+      {EINVAL, "not allowed there"}, {EILSEQ, "not allowed there"}, {EFBIG, "too large"},
+      {EEXIST, "already exists"},
   };
   for (const auto& [number, words] : rows) {
     EXPECT_THAT(messageOf(number), HasSubstr("“/photos/Tessaly Results”: ")) << words;

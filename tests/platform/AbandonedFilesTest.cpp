@@ -24,14 +24,14 @@ class AbandonedFiles : public testing::Test {
  protected:
   [[nodiscard]] Path newName() const { return folder / ("." + UUID::random().text() + ".partial"); }
 
-  static void age(const Path& file, hours hours) {
-    last_write_time(file, std::filesystem::file_time_type::clock::now() - hours);
+  static void age(const Path& file, hours since) {
+    last_write_time(file, std::filesystem::file_time_type::clock::now() - since);
   }
 
-  [[nodiscard]] Path fileOfAge(hours hours) const {
+  [[nodiscard]] Path fileOfAge(hours since) const {
     Path file = newName();
     tests::writeText(file, "part of a copy");
-    age(file, hours);
+    age(file, since);
     return file;
   }
 
