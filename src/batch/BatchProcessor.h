@@ -17,6 +17,8 @@ namespace tessaly {
 
 class BatchProcessor {
  public:
+  static constexpr std::int64_t mostWorkers = 4;
+
   using ProgressHandler = BatchProgressHandler;
   using CompletionHandler = std::function<void(const BatchSummary&)>;
 

@@ -17,10 +17,8 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::int64_t mostWorkers = 4;
-
 std::size_t clampedWorkers(std::int64_t workers) {
-  return static_cast<std::size_t>(std::clamp<std::int64_t>(workers, 1, mostWorkers));
+  return static_cast<std::size_t>(std::clamp<std::int64_t>(workers, 1, BatchProcessor::mostWorkers));
 }
 
 /// The names of all entries, hidden ones too; none when the folder cannot be listed.

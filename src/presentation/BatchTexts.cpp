@@ -1,5 +1,6 @@
 #include "presentation/BatchTexts.h"
 
+#include "batch/BatchProcessor.h"
 #include "batch/OutputFolder.h"
 #include "localization/DestinationMessages.h"
 #include "localization/Localization.h"
@@ -153,6 +154,19 @@ std::string unaccounted(const BatchOmission& file) {
 
 std::string leftFile(const LeftFile& file) {
   return LF("Unfinished copy left in place: %@ (%@)", {displayText(file.file.native()), L(reasonOf(file.reason))});
+}
+
+std::string filesLeft(const BatchSummary& summary) {
+  const std::int64_t left = summary.total - summary.succeeded - summary.failed - summary.skipped;
+  if (!summary.cancelled || left <= 0) return "";
+  return left == 1 ? L("One file is left.") : LF("%d files are left.", {left});
+}
+
+// 0 leaves the number to the program.
+std::string usedWorkers(std::int64_t asked) {
+  if (asked < 0) return LF("One worker is used instead of %d.", {asked});
+  constexpr std::int64_t most = BatchProcessor::mostWorkers;
+  return asked > most ? LF("%d workers are used instead of %d.", {most, asked}) : "";
 }
 
 std::string foundFiles(std::int64_t count) {

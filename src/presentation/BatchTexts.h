@@ -41,6 +41,12 @@ namespace tessaly::BatchTexts {
 /// Of a temporary file that an earlier run has left, and why it stays.
 [[nodiscard]] std::string leftFile(const LeftFile& file);
 
+/// How many files a stopped batch has not come to; empty when there are none.
+[[nodiscard]] std::string filesLeft(const BatchSummary& summary);
+
+/// How many workers a batch uses instead of the number that was asked for; empty when it uses that.
+[[nodiscard]] std::string usedWorkers(std::int64_t asked);
+
 /// How many candidate files a chosen folder holds.
 [[nodiscard]] std::string foundFiles(std::int64_t count);
 

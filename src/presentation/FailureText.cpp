@@ -20,9 +20,9 @@ bool isDestinationsFault(const DNGError& error) {
 FailureText dngFailure(const DNGError& error, std::string_view subject) {
   if (isDestinationsFault(error)) return {errorDescription(error), error.innermost().what()};
   const bool namesItsFile = error.kind() == DNGError::Case::file;
-  return {
-      Localization::rejectionMessage(error.rejectionReason(), namesItsFile ? error.message() : std::string(subject)),
-      error.innermost().what()};
+  const std::string name = namesItsFile ? error.message() : std::string(subject);
+  return {Localization::rejectionMessage(error.rejectionReason(), name.empty() ? "\"\"" : name),
+          error.innermost().what()};
 }
 
 std::string withSubject(std::string_view subject, const std::string& words) {

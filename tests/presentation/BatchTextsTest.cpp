@@ -116,6 +116,28 @@ TEST_F(BatchTextsTest, KnowEveryReasonForLeavingAFileInEveryLanguage) {
   }
 }
 
+TEST_F(BatchTextsTest, SayHowManyFilesAStoppedBatchLeaves) {
+  BatchSummary summary;
+  summary.total = 10;
+  summary.succeeded = 6;
+  summary.failed = 1;
+  summary.skipped = 1;
+  EXPECT_EQ(BatchTexts::filesLeft(summary), "") << "it was not stopped";
+  summary.cancelled = true;
+  EXPECT_EQ(BatchTexts::filesLeft(summary), "2 files are left.");
+  summary.succeeded = 7;
+  EXPECT_EQ(BatchTexts::filesLeft(summary), "One file is left.");
+  summary.succeeded = 8;
+  EXPECT_EQ(BatchTexts::filesLeft(summary), "");
+}
+
+TEST_F(BatchTextsTest, SayWhichNumberOfWorkersIsUsed) {
+  EXPECT_EQ(BatchTexts::usedWorkers(9), "4 workers are used instead of 9.");
+  EXPECT_EQ(BatchTexts::usedWorkers(-1), "One worker is used instead of -1.");
+  for (const std::int64_t asked : {0, 1, 4})
+    EXPECT_EQ(BatchTexts::usedWorkers(asked), "");
+}
+
 TEST_F(BatchTextsTest, AlertOfASuccessNamesTheLog) {
   BatchSummary summary;
   summary.total = summary.succeeded = 2;
