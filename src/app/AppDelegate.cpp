@@ -4,11 +4,14 @@
 #include "app/widgets/QtTranslation.h"
 #include "app/widgets/Theme.h"
 #include "localization/Localization.h"
+#include "platform/PartialFile.h"
+#include "platform/TerminationSignals.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QSessionManager>
+#include <utility>
 
 namespace tessaly {
 namespace {
@@ -57,6 +60,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   windowController = std::make_unique<MainWindowController>(panels_);
   windowController->setMenuBar(menuBar_);
   connect(windowController.get(), &MainWindowController::settingsRequested, this, &AppDelegate::showSettings);
+  connect(&windowController->batch(), &BatchViewController::ended, this, &AppDelegate::batchEnded);
   connect(windowController.get(), &MainWindowController::closed, this, [this] {
     if (settingsController) settingsController->close();
   });
@@ -131,6 +135,17 @@ void AppDelegate::terminate() {
   if (!applicationShouldTerminate()) return windowController->showRunningBatch();
   if (windowController) windowController->close();
   QApplication::quit();
+}
+
+// Nobody may be there to answer, so nothing is asked.
+void AppDelegate::endBySignal(int signal) {
+  if (applicationShouldTerminate()) return terminate();
+  if (std::exchange(endsWithBatch_, true)) PartialFile::removeAllAndExit(statusEndedBy(signal));
+  windowController->batch().cancelBatch();
+}
+
+void AppDelegate::batchEnded() {
+  if (endsWithBatch_) terminate();
 }
 
 void AppDelegate::sessionEnds(QSessionManager& manager) {

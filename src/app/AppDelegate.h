@@ -46,14 +46,20 @@ class AppDelegate : public QObject {
   /// Ends the application unless it should not.
   void terminate();
 
+  /// The system or a terminal asks the application to end. A batch stops after its current files and the application
+  /// ends with it; a second request gives these files up.
+  void endBySignal(int signal);
+
   [[nodiscard]] QMenuBar& menuBar() { return *menuBar_; }
 
  private:
   void addApplicationMenu();
   void addEditMenu();
   void sessionEnds(QSessionManager& manager);
+  void batchEnded();
 
   Panels& panels_;
+  bool endsWithBatch_ = false;  ///< a signal came while it ran
   QPointer<QMenuBar> menuBar_;  ///< of the main window once that exists
   AppPreferences::Registration preferences_;
   std::unique_ptr<SystemAppearanceObserver> appearance_;

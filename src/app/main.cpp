@@ -1,6 +1,6 @@
 // tessaly: the window.
 #include "app/AppDelegate.h"
-#include "app/TerminationSignals.h"
+#include "app/TerminationNotifier.h"
 #include "app/widgets/Icons.h"
 #include "app/widgets/Style.h"
 #include "localization/Localization.h"
@@ -72,7 +72,7 @@ int main(int count, char** arguments) {
   DesktopPanels panels;
   AppDelegate delegate(panels);
   delegate.applicationDidFinishLaunching();
-  const TerminationSignals termination([&delegate] { delegate.terminate(); });
+  const TerminationNotifier termination([&delegate](int signal) { delegate.endBySignal(signal); });
   if (!parsed.sample.empty()) showSample(*delegate.windowController, parsed.sample);
   return QApplication::exec();
 }

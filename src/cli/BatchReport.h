@@ -17,7 +17,7 @@ class BatchReport {
   /// A failed file prints its two lines, each other file one; on a terminal the bar moves instead of the latter.
   void finished(const BatchFileOutcome& outcome);
 
-  /// Ctrl-C has come.
+  /// The request to stop has come.
   void stopping();
 
  private:

@@ -1,53 +1,51 @@
 #include "cli/Interruption.h"
 
+#include "cli/Console.h"
 #include "cli/Failures.h"
-
-#include <pthread.h>
-#include <signal.h>
+#include "platform/PartialFile.h"
 
 #include <utility>
 
 namespace tessaly::cli {
-namespace {
 
-sigset_t interruptSignal() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  return signals;
-}
-
-}  // namespace
-
-Interruption::Interruption() {
-  const sigset_t signals = interruptSignal();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // inherited by every thread that is started from now on
-  watcher_ = std::thread([this] { watch(); });
-}
+Interruption::Interruption() : watcher_([this] { watch(); }) {}
 
 Interruption::~Interruption() {
+  if (watcher_.joinable()) static_cast<void>(finish());
+}
+
+int Interruption::finish() {
   ending_ = true;
-  pthread_kill(watcher_.native_handle(), SIGINT);
+  signals_.wake();
   watcher_.join();
+  if (const int late = signals_.take()) request(late);
+  return signal_;
 }
 
 void Interruption::watch() {
-  const sigset_t signals = interruptSignal();
-  for (int received = 0; sigwait(&signals, &received) == 0 && !ending_;) {
-    const std::lock_guard guard(lock_);
-    requested_ = true;
-    if (handler_) handler_();
+  while (!ending_) {
+    if (const int signal = signals_.wait()) request(signal);
   }
 }
 
+void Interruption::request(int signal) {
+  if (signal_ != 0) {
+    if (Console::isTerminal()) Console::draw("\n");  // below the bar, which nobody is left to remove
+    PartialFile::removeAllAndExit(statusEndedBy(signal));
+  }
+  const std::lock_guard guard(lock_);
+  signal_ = signal;
+  if (handler_) handler_();
+}
+
 void Interruption::check() const {
-  if (requested_) throw Interrupted();
+  if (isRequested()) throw Interrupted();
 }
 
 void Interruption::setHandler(std::function<void()> handler) {
   const std::lock_guard guard(lock_);
   handler_ = std::move(handler);
-  if (handler_ && requested_) handler_();
+  if (handler_ && isRequested()) handler_();
 }
 
 Interruption::Handler::Handler(Interruption& interruption, std::function<void()> handler)

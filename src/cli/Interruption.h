@@ -1,5 +1,8 @@
-// Ctrl-C: work is asked to stop, files in progress finish, and the program ends with its own exit status.
+// The request to stop, by Ctrl-C or another signal: files in progress finish, and the program ends with the status of
+// that signal. At the second request it ends at once.
 #pragma once
+
+#include "platform/TerminationSignals.h"
 
 #include <atomic>
 #include <functional>
@@ -8,7 +11,7 @@
 
 namespace tessaly::cli {
 
-/// Made first thing, before any other thread, and once: from then on SIGINT reaches its watching thread only.
+/// Made first thing and once. What it is asked for it does on a thread of its own.
 class Interruption {
  public:
   Interruption();
@@ -16,12 +19,18 @@ class Interruption {
   Interruption& operator=(const Interruption&) = delete;
   ~Interruption();
 
-  [[nodiscard]] bool isRequested() const { return requested_; }
+  [[nodiscard]] bool isRequested() const { return signal_ != 0; }
 
-  /// Throws Interrupted once Ctrl-C has come.
+  /// The signal that has asked for it; 0 as long as none has.
+  [[nodiscard]] int signal() const { return signal_; }
+
+  /// The same when the work has ended, not to miss a signal that has just come. Nothing is watched any more.
+  [[nodiscard]] int finish();
+
+  /// Throws Interrupted once it is requested.
   void check() const;
 
-  /// While it lives, calls `handler`, on the watching thread, when Ctrl-C comes, or at once when it already has.
+  /// While it lives, calls `handler`, on the watching thread, when the request comes, or at once when it already has.
   class Handler {
    public:
     Handler(Interruption& interruption, std::function<void()> handler);
@@ -35,11 +44,13 @@ class Interruption {
 
  private:
   void watch();
+  void request(int signal);
   void setHandler(std::function<void()> handler);
 
+  TerminationSignals signals_;
   std::mutex lock_;
   std::function<void()> handler_;
-  std::atomic<bool> requested_ = false;
+  std::atomic<int> signal_ = 0;
   std::atomic<bool> ending_ = false;
   std::thread watcher_;
 };

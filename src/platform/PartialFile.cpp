@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cassert>
 #include <cerrno>
+#include <mutex>
+#include <set>
 
 namespace tessaly {
 namespace {
@@ -20,6 +22,17 @@ constexpr std::int64_t startedAtOnce = std::int64_t{8} * 1024 * 1024;
 std::filesystem::path temporaryPath(const std::filesystem::path& folder) {
   return folder / ("." + UUID::random().text() + ".partial");
 }
+
+/// The files of this process that still have their temporary name.
+struct Temporaries {
+  std::mutex lock;  ///< held while such a name appears or goes
+  std::set<PartialFile*> files;
+
+  static Temporaries& all() {
+    static Temporaries temporaries;
+    return temporaries;
+  }
+};
 
 }  // namespace
 
@@ -34,15 +47,37 @@ auto PartialFile::ask(Call call) const {
 }
 
 PartialFile::PartialFile(FileSystem& system, const std::filesystem::path& folder, Access access)
-    : system_(system),
-      path_(temporaryPath(folder)),
-      descriptor_(ask([&] { return system_.createNew(path_, access == Access::ownerOnly ? 0600 : 0666); })) {
+    : system_(system), path_(temporaryPath(folder)) {
+  Temporaries& temporaries = Temporaries::all();
+  const std::lock_guard guard(temporaries.lock);
+  const auto [place, isNew] = temporaries.files.insert(this);
+  try {
+    descriptor_ = ask([&] { return system_.createNew(path_, access == Access::ownerOnly ? 0600 : 0666); });
+  } catch (...) {
+    temporaries.files.erase(place);
+    throw;
+  }
   system_.lock(descriptor_);  // where it cannot be had nobody takes the file for abandoned either
 }
 
 PartialFile::~PartialFile() {
   ::close(descriptor_);
-  if (isTemporary_) system_.unlink(path_);
+  if (isTemporary_) removeTemporary();
+}
+
+void PartialFile::removeTemporary() {
+  const std::lock_guard guard(Temporaries::all().lock);
+  system_.unlink(path_);
+  Temporaries::all().files.erase(this);
+}
+
+// The lock is kept: whoever is about to make or to move a file waits for an end that comes first.
+void PartialFile::removeAllAndExit(int status) {
+  Temporaries& temporaries = Temporaries::all();
+  temporaries.lock.lock();
+  for (PartialFile* file : temporaries.files)
+    file->system_.unlink(file->path_);
+  ::_exit(status);
 }
 
 void PartialFile::reserve(std::int64_t length) {
@@ -129,18 +164,25 @@ void PartialFile::synchronizeAndDropCache() {
 }
 
 void PartialFile::moveTo(const std::filesystem::path& destination) {
-  atDestination(folderOf(path_), [&] { moveWithoutReplacing(system_, path_, destination); });
+  takeName([&] { atDestination(folderOf(path_), [&] { moveWithoutReplacing(system_, path_, destination); }); });
   becameFinal(destination);
 }
 
 void PartialFile::replace(const std::filesystem::path& destination) {
-  ask([&] { return system_.renameReplacing(path_, destination); });
+  takeName([&] { ask([&] { return system_.renameReplacing(path_, destination); }); });
   becameFinal(destination);
 }
 
-// The file is complete and has its name: a folder that cannot be synchronized does not undo that.
-void PartialFile::becameFinal(const std::filesystem::path& destination) {
+template <typename Rename>
+void PartialFile::takeName(Rename rename) {
+  const std::lock_guard guard(Temporaries::all().lock);
+  rename();
   isTemporary_ = false;
+  Temporaries::all().files.erase(this);
+}
+
+// The file is complete and has its name: a folder that cannot be synchronized does not undo that.
+void PartialFile::becameFinal(const std::filesystem::path& destination) const {
   system_.synchronizeFolder(folderOf(destination));
 }
 

@@ -42,6 +42,10 @@ class PartialFile {
   /// Removes the file unless it has got its final name; a failure of that is ignored.
   ~PartialFile();
 
+  /// Ends the process at once, whatever its other threads are doing. The temporary files of all of them are removed
+  /// first; a file that is just getting its final name gets it.
+  [[noreturn]] static void removeAllAndExit(int status);
+
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
   /// Tells the file system how long the file, empty so far, will be. A hint that may give it that length at once; a
@@ -84,7 +88,10 @@ class PartialFile {
   auto ask(Call call) const;
   [[nodiscard]] std::int64_t copyInside(const InputFile& source, const CopyRange& range);
   void wroteUpTo(std::int64_t end);
-  void becameFinal(const std::filesystem::path& destination);
+  template <typename Rename>
+  void takeName(Rename rename);
+  void becameFinal(const std::filesystem::path& destination) const;
+  void removeTemporary();
 
   FileSystem& system_;
   std::filesystem::path path_;

@@ -3,6 +3,8 @@
 #include "calibration/FrameFolder.h"
 #include "dng/DNGReader.h"
 
+#include <signal.h>
+
 #include <QApplication>
 #include <QMenu>
 
@@ -139,6 +141,20 @@ TEST_F(Application, RefusesToEndDuringABatchAndShowsWhereToStopIt) {
   finishBatch();
   EXPECT_TRUE(delegate.applicationShouldTerminate());
   EXPECT_TRUE(delegate.windowController->close());
+}
+
+TEST_F(Application, StopsItsBatchAndEndsWithItAfterASignal) {
+  startBatch();
+  delegate.endBySignal(SIGTERM);
+  EXPECT_TRUE(delegate.windowController->isVisible()) << "files in progress finish";
+  EXPECT_FALSE(delegate.windowController->batch().stopButton->isEnabled());
+  finishBatch();
+  EXPECT_FALSE(delegate.windowController->isVisible());
+}
+
+TEST_F(Application, EndsAtOnceAfterASignalWithoutABatch) {
+  delegate.endBySignal(SIGHUP);
+  EXPECT_FALSE(delegate.windowController->isVisible());
 }
 
 TEST_F(Application, FindsItsFolderOutputRefusedWithoutAFolder) {

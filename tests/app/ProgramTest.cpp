@@ -56,7 +56,7 @@ class RunningProgram : public testing::TestWithParam<int> {
     environment.insert("TESSALY_HOME", QString::fromStdString(home.path().native()));
     program.setProcessEnvironment(environment);
     program.setChildProcessModifier([] {  // what these tests were started with may ignore some of them
-      for (const int number : {SIGINT, SIGTERM, SIGHUP})
+      for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
         ::signal(number, SIG_DFL);
     });
     program.start(QStringLiteral(TESSALY_PROGRAM), {"--language", "fr"});
@@ -91,7 +91,7 @@ TEST_P(RunningProgram, EndsInOrderWhenItIsAskedTo) {
   EXPECT_NE(settings.str().find("Tessaly.window.place"), std::string::npos);
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, RunningProgram, testing::Values(SIGINT, SIGTERM, SIGHUP));
+INSTANTIATE_TEST_SUITE_P(Signals, RunningProgram, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT));
 
 }  // namespace
 }  // namespace tessaly::tests

@@ -254,6 +254,22 @@ TEST_F(PartialFileTest, ReplacesAnOldFileWhenToldTo) {
   EXPECT_EQ(readText(folder / "final"), "new");
 }
 
+TEST_F(PartialFileTest, IsRemovedWhenTheProcessGivesUp) {
+  writeText(folder / "final", "somebody else's");
+  EXPECT_EXIT(
+      {
+        const PartialFile one(system, folder.path());
+        PartialFile other(system, folder.path());
+        other.moveTo(folder / "other");
+        PartialFile::removeAllAndExit(143);
+      },
+      testing::ExitedWithCode(143), "");
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+    names.push_back(entry.path().filename());
+  EXPECT_THAT(names, testing::UnorderedElementsAre("final", "other"));
+}
+
 TEST(FolderOf, IsTheWorkingFolderForABareName) {
   EXPECT_EQ(folderOf("name.dng"), ".");
   EXPECT_EQ(folderOf("a/name.dng"), "a");

@@ -229,6 +229,7 @@ void BatchViewController::finished(const BatchSummary& summary) {
   openButton->setEnabled(BatchTexts::canOpenResults(summary, *resultsURL_));
   statusLabel->setComposed([summary] { return BatchTexts::statusLine(summary); });
   statusLabel->announce();
+  emit ended();
   Alert alert;
   alert.style = BatchTexts::isWarning(summary) ? Alert::Style::warning : Alert::Style::informational;
   alert.text = [summary] { return BatchTexts::alertText(summary); };

@@ -64,6 +64,9 @@ class BatchViewController : public QWidget, public FollowsLanguage {
   QPushButton* stopButton;
   QPushButton* openButton;
 
+ signals:
+  void ended();  ///< a batch, before anything is said about it
+
  private:
   void layOut();
   [[nodiscard]] QLayout* layOutChoices();

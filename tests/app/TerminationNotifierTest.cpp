@@ -1,16 +1,10 @@
-#include "app/TerminationSignals.h"
+#include "app/TerminationNotifier.h"
 #include "app/support/AppTest.h"
 
 #include <signal.h>
 
 namespace tessaly::tests {
 namespace {
-
-void (*handlerOf(int number))(int) {
-  struct sigaction action {};
-  ::sigaction(number, nullptr, &action);
-  return action.sa_handler;
-}
 
 /// What a signal does, as long as this lives.
 class Disposition {
@@ -28,7 +22,7 @@ class Disposition {
 TEST(Termination, IsAskedForOnTheUserInterfaceThread) {
   const Disposition usual(SIGTERM, SIG_DFL);
   int asked = 0;
-  const TerminationSignals termination([&asked] { ++asked; });
+  const TerminationNotifier termination([&asked](int) { ++asked; });
   for (int time = 1; time <= 3; ++time) {
     ::raise(SIGTERM);
     EXPECT_EQ(asked, time - 1);
@@ -39,26 +33,12 @@ TEST(Termination, IsAskedForOnTheUserInterfaceThread) {
 TEST(Termination, IsAskedForOnceBySignalsThatComeTogether) {
   const Disposition usual(SIGINT, SIG_DFL);
   int asked = 0;
-  const TerminationSignals termination([&asked] { ++asked; });
+  const TerminationNotifier termination([&asked](int) { ++asked; });
   for (int signal = 0; signal < 100; ++signal)
     ::raise(SIGINT);
   EXPECT_TRUE(waitUntil([&] { return asked > 0; }));
   QCoreApplication::processEvents();
   EXPECT_EQ(asked, 1);
-}
-
-TEST(Termination, IsTheSystemsAgainAfterwards) {
-  const Disposition usual(SIGTERM, SIG_DFL);
-  {
-    const TerminationSignals termination([] {});
-  }
-  EXPECT_EQ(handlerOf(SIGTERM), SIG_DFL);
-}
-
-TEST(Termination, StaysIgnoredWhereItWas) {
-  const Disposition ignored(SIGHUP, SIG_IGN);
-  const TerminationSignals termination([] {});
-  EXPECT_EQ(handlerOf(SIGHUP), SIG_IGN);
 }
 
 }  // namespace

@@ -3,20 +3,23 @@
 // One at a time, made after QApplication; the user-interface thread's.
 #pragma once
 
+#include "platform/TerminationSignals.h"
+
 #include <QObject>
 #include <functional>
 
 namespace tessaly {
 
-class TerminationSignals : public QObject {
+class TerminationNotifier : public QObject {
  public:
-  explicit TerminationSignals(std::function<void()> requested);
-  ~TerminationSignals() override;
+  /// `requested` is called with the signal's number.
+  explicit TerminationNotifier(std::function<void(int)> requested);
 
  private:
   void received();
 
-  std::function<void()> requested_;
+  TerminationSignals signals_;
+  std::function<void(int)> requested_;
 };
 
 }  // namespace tessaly
