@@ -1,6 +1,7 @@
 #include "batch/OutputFolder.h"
 
 #include "platform/Paths.h"
+#include "platform/SameEntry.h"
 
 #include <system_error>
 
@@ -38,7 +39,7 @@ std::filesystem::path standardized(const std::filesystem::path& folder) {
 }
 
 bool isSameFolder(const std::filesystem::path& left, const std::filesystem::path& right) {
-  return lexicallyStandardized(left) == lexicallyStandardized(right) || isSameOnDisk(left, right);
+  return lexicallyStandardized(left) == lexicallyStandardized(right) || isSameEntry(left, right);
 }
 
 }  // namespace tessaly

@@ -12,7 +12,8 @@ namespace tessaly {
 /// somewhere else.
 [[nodiscard]] std::filesystem::path standardized(const std::filesystem::path& folder);
 
-/// Whether both are one folder: by their standardised spelling or, where both exist, by device and inode.
+/// Whether both are one folder: by their standardised spelling, by device and inode or, where the file system folds
+/// case, in another spelling.
 [[nodiscard]] bool isSameFolder(const std::filesystem::path& left, const std::filesystem::path& right);
 
 }  // namespace tessaly

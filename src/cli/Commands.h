@@ -11,5 +11,6 @@ void addCalibrate(Program& program);
 void addRepair(Program& program);
 void addRepairFile(Program& program);
 void addProfiles(Program& program);
+void addHelp(Program& program);
 
 }  // namespace tessaly::cli

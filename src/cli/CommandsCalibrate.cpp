@@ -16,6 +16,8 @@
 #include "localization/Localization.h"
 #include "platform/Text.h"
 #include "presentation/CalibrationTexts.h"
+#include "presentation/DuplicateColumns.h"
+#include "presentation/ForeignFrames.h"
 #include "profile/CameraProfileJSON.h"
 #include "store/ProfileStore.h"
 
@@ -43,6 +45,7 @@ struct CalibrateOptions {
   std::string include = "preselected";
 
   [[nodiscard]] bool makesProfile() const { return save || !profile.empty(); }
+  [[nodiscard]] std::vector<fs::path> outputs() const { return {result, preview, profile}; }
 };
 
 double pixelConfidence(const CalibrateOptions& options) {
@@ -63,7 +66,7 @@ void checkOptions(const CalibrateOptions& options) {
 void checkOutputs(const CalibrateOptions& options, const CalibrationFrames& frames) {
   std::vector<fs::path> inputs = frames.files;
   inputs.emplace_back(options.inspect);
-  OutputFiles::check({options.result, options.preview, options.profile}, inputs);
+  OutputFiles::check(options.outputs(), inputs);
 }
 
 CalibrationResult analyze(const CalibrationFrames& frames, const Interruption& interruption) {
@@ -98,10 +101,19 @@ void writePreview(const CalibrateOptions& options, const CalibrationResult& resu
   OutputFiles::write(options.preview, file);
 }
 
+void tellDuplicates(std::int64_t count) {
+  if (count > 0) Console::note(DuplicateColumns::sentence(count));
+}
+
+std::int64_t linesInsideColumns(const CalibrationResult& result) {
+  return static_cast<std::int64_t>(DuplicateColumns::linesInsideColumns(result.candidates, result.metadata).size());
+}
+
 void save(const CameraProfile& profile) {
   try {
     const fs::path file = ProfileStore::save(profile);
     Console::draw(CalibrationTexts::saved(profile, file) + "\n");
+    tellDuplicates(DuplicateColumns::linesInsideColumns(profile));
   } catch (const std::exception& error) {
     throw CommandFailure(error, displayName(ProfileStore::directory()));
   }
@@ -121,7 +133,10 @@ void finish(const CalibrateOptions& options, const CalibrationResult& result, do
   if (!options.result.empty()) OutputFiles::write(options.result, toJSON(result, included).dump(2) + "\n");
   writePreview(options, result);
   makeProfile(options, result, included);
-  Console::write(CalibrationTexts::completion(result, threshold) + "\n");
+  OutputFiles::say(CalibrationTexts::completion(result, threshold), options.outputs());
+  tellDuplicates(linesInsideColumns(result));
+  if (options.name && !options.makesProfile())
+    Console::note(L("No profile was kept. Add --save or --profile to keep one."));
 }
 
 ExitStatus calibrate(const CalibrateOptions& options, const Context& context) {
@@ -132,7 +147,7 @@ ExitStatus calibrate(const CalibrateOptions& options, const Context& context) {
   try {
     finish(options, analyze(frames, context.interruption), threshold);
   } catch (const DNGError& error) {
-    throw CommandFailure(error, frames.folder);
+    throw CommandFailure(failureText(error, frames.folder), ForeignFrames::line(error, frames.files));
   }
   return ExitStatus::done;
 }
@@ -146,7 +161,8 @@ void addCalibrate(Program& program) {
   command->add_option("FOLDER_OR_FILES", options->frames, "A folder with calibration DNG files, or the files")
       ->required()
       ->type_name("");
-  addOption(command, "--result", options->result, "OUT.json", "Write the result of the analysis as JSON");
+  addOption(command, "--result", options->result, "OUT.json",
+            "Write the result of the analysis as JSON; - is standard output");
   addOption(command, "--preview", options->preview, "OUT.pgm", "Write the preview as a picture (binary PGM)");
   addOption(command, "--inspect", options->inspect, "FILE", "Preview this photograph instead of a bright-field frame");
   command->add_option("--name", options->name, "The name of the profile")->type_name("NAME");

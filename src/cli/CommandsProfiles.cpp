@@ -18,6 +18,8 @@
 namespace tessaly::cli {
 namespace {
 
+namespace fs = std::filesystem;
+
 struct NoOptions {};
 
 struct ProfileOptions {
@@ -27,11 +29,11 @@ struct ProfileOptions {
 
 /// What is done to a profile file or to the store, failing with the name of it.
 template <typename Work>
-auto about(const std::filesystem::path& subject, Work work) {
+auto about(const fs::path& subject, Work work) {
   try {
     return work();
   } catch (const std::exception& error) {
-    throw CommandFailure(error, displayName(subject));
+    throw CommandFailure(error, subjectName(subject));
   }
 }
 
@@ -75,19 +77,32 @@ ExitStatus import(const ProfileOptions& options, const Context&) {
 ExitStatus exportTo(const ProfileOptions& options, const Context&) {
   const ProfileArgument argument = loadProfile(options.profile);
   OutputFiles::check({options.file}, argument.files);
-  about(options.file, [&] { ProfileStore::exportProfile(argument.profile, options.file); });
+  OutputFiles::write(options.file, encodeProfile(argument.profile));
   Console::note(L("Profile exported."));
   return ExitStatus::done;
 }
 
+/// The file that is meant: one of the store's by its path or, where no other path is meant, by its name; else that of
+/// the profile. It need not be there.
+fs::path fileToRemove(const std::string& argument) {
+  if (auto file = storedFile(argument)) return *std::move(file);
+  return ProfileStore::fileOf(loadProfile(argument).profile);
+}
+
+/// What a missing file would be copied from again, also for one that was set aside.
+void tellReturn(const fs::path& file) {
+  const bool wasSetAside = file.extension() == ".unreadable";
+  const auto earlier = ProfileStore::earlierFileOf(wasSetAside ? file.stem() : file.filename());
+  if (earlier) Console::note(LF("This profile comes back: it also lies in %@", {displayText(earlier->native())}));
+}
+
 ExitStatus remove(const ProfileOptions& options, const Context&) {
-  const CameraProfile profile = loadProfile(options.profile).profile;
+  const fs::path file = fileToRemove(options.profile);
   about(options.profile, [&] {
     // A profile given by its path need not be in the store; saying that it was deleted would be wrong.
-    if (!std::filesystem::exists(ProfileStore::fileOf(profile)))
-      throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
-    ProfileStore::remove(profile);
+    if (!fs::remove(file)) throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
   });
+  tellReturn(file);
   return ExitStatus::done;
 }
 
@@ -102,13 +117,15 @@ struct Subcommand {
 };
 
 constexpr const char* which = "A profile file, or a stored profile's id or name";
+constexpr const char* whichToRemove = "A profile file, a file name in the store, or a stored profile's id or name";
 
 constexpr Subcommand subcommands[] = {
     {"show", "Print a profile as JSON", which, nullptr, show},
     {"validate", "Check that a profile fits a DNG file; prints nothing when it does", which, "A DNG file", validate},
     {"import", "Put a profile file into the store, as a new copy", nullptr, "A profile file", import},
-    {"export", "Write a profile to a file", which, "The file; one of that name is replaced", exportTo},
-    {"delete", "Remove a profile from the store", which, nullptr, remove},
+    {"export", "Write a profile to a file", which, "The file; one of that name is replaced; - is standard output",
+     exportTo},
+    {"delete", "Remove a profile from the store", whichToRemove, nullptr, remove},
 };
 
 void addSubcommand(Program& program, CLI::App& parent, const Subcommand& subcommand) {

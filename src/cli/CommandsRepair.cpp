@@ -6,6 +6,7 @@
 #include "cli/BatchReport.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
+#include "cli/CopyNames.h"
 #include "cli/Failures.h"
 #include "cli/Interruption.h"
 #include "cli/OutputFiles.h"
@@ -72,11 +73,15 @@ fs::path outputFolder(const RepairOptions& options, const Sources& sources) {
 void checkSummary(const RepairOptions& options, const Sources& sources, const ProfileArgument& profile,
                   const fs::path& output) {
   std::vector<fs::path> own = profile.files;
-  for (const fs::path& file : sources.files) {
-    own.push_back(file);
-    own.push_back(output / file.filename());
-  }
+  own.insert(own.end(), sources.files.begin(), sources.files.end());
   OutputFiles::check({options.summary}, std::move(own));
+  if (!options.summary.empty() && isNameOfCopy(options.summary, output, sources.files))
+    throw UsageError(displayText(options.summary) + ": a copy has or gets this name");
+}
+
+void tellWorkers(const RepairOptions& options) {
+  const std::string remark = BatchTexts::usedWorkers(options.workers.value_or(0));
+  if (!remark.empty()) Console::note(remark);
 }
 
 BatchSummary runBatch(const RepairOptions& options, const Sources& sources, const CameraProfile& profile,
@@ -121,9 +126,11 @@ ExitStatus repair(const RepairOptions& options, const Context& context) {
   const Sources sources = sourcesOf(options.source);
   const fs::path output = outputFolder(options, sources);
   checkSummary(options, sources, profile, output);
+  tellWorkers(options);
   const BatchSummary summary = runBatch(options, sources, profile.profile, output, context.interruption);
   tellFailures(summary);
-  Console::write(BatchTexts::alertText(summary) + "\n");
+  if (const std::string left = BatchTexts::filesLeft(summary); !left.empty()) Console::note(left);
+  OutputFiles::say(BatchTexts::alertText(summary), {options.summary});
   if (!options.summary.empty()) OutputFiles::write(options.summary, batchSummaryJSON(summary).dump(2) + "\n");
   return BatchTexts::isWarning(summary) ? ExitStatus::failed : ExitStatus::done;
 }
@@ -144,7 +151,8 @@ void addRepair(Program& program) {
       ->type_name("skip|numberedCopy")
       ->check(CLI::IsMember({"skip", "numberedCopy"}).description(""));
   command->add_flag("--no-log", options->noLog, "Write no CSV log into the output folder");
-  addOption(command, "--summary", options->summary, "OUT.json", "Write what became of the files as JSON");
+  addOption(command, "--summary", options->summary, "OUT.json",
+            "Write what became of the files as JSON; - is standard output");
   setAction(program, command, options, repair);
 }
 

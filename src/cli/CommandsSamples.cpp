@@ -12,7 +12,7 @@
 namespace tessaly::cli {
 namespace {
 
-/// Ctrl-C is looked for this often on the way to standard output.
+/// The request to stop is looked for this often on the way to standard output.
 constexpr std::size_t sliceBytes = 1 << 20;
 
 struct SamplesOptions {
@@ -35,13 +35,12 @@ void writeToStandardOutput(std::span<const std::byte> bytes, const Interruption&
 }
 
 ExitStatus samples(const SamplesOptions& options, const Context& context) {
-  const bool toStandardOutput = options.output == "-";
-  if (!toStandardOutput) OutputFiles::check({options.output}, {options.file});
+  OutputFiles::check({options.output}, {options.file});
   RawPlane plane = DNGReader::readPlane(options.file);
   context.interruption.check();
   makeLittleEndian(plane.samples);
   const auto bytes = std::as_bytes(std::span(plane.samples));
-  if (toStandardOutput) {
+  if (OutputFiles::isStandardOutput(options.output)) {
     writeToStandardOutput(bytes, context.interruption);
   } else {
     OutputFiles::write(options.output, bytes);

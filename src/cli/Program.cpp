@@ -39,7 +39,7 @@ void protectBrackets(std::vector<std::string>& arguments) {
 Program::Program()
     : app("Repairs fixed sensor defects in DNG files. Original files are only ever read.", "tessaly-cli") {
   app.require_subcommand(1);
-  app.set_version_flag("--version", "tessaly-cli " TESSALY_VERSION);
+  app.set_version_flag("-V,--version", "tessaly-cli " TESSALY_VERSION);
   addLanguage(app, language);
 }
 

@@ -105,6 +105,13 @@ std::vector<fs::path> files() {
   return found;
 }
 
+std::optional<fs::path> earlierFileOf(const fs::path& file) {
+  fs::path earlier = legacyDirectory() / file.filename();
+  std::error_code error;
+  if (!isProfileFileName(earlier.filename()) || !fs::is_regular_file(earlier, error)) return std::nullopt;
+  return earlier;
+}
+
 fs::path save(const CameraProfile& profile) {
   const std::string json = encodeProfile(profile);
   fs::create_directories(directory());

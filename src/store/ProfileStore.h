@@ -7,6 +7,7 @@
 #include "profile/CameraProfile.h"
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -50,6 +51,10 @@ namespace ProfileStore {
 
 /// The profile files in the folder, in no particular order; none when there is no folder.
 [[nodiscard]] std::vector<std::filesystem::path> files();
+
+/// The file of an earlier version of the application that a profile file of this name is copied from when it is
+/// missing; nothing when there is none.
+[[nodiscard]] std::optional<std::filesystem::path> earlierFileOf(const std::filesystem::path& file);
 
 /// Writes the profile atomically to the file named after its id, over an earlier version of it. Returns that file.
 std::filesystem::path save(const CameraProfile& profile);

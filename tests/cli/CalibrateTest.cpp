@@ -225,6 +225,81 @@ TEST_F(CalibrateTest, NeverReplacesAFileItReads) {
   EXPECT_FALSE(fs::exists(folder / "same"));
 }
 
+TEST_F(CalibrateTest, NeverReplacesAPhotograph) {
+  writeText(folder / "photo.dng", "somebody's");
+  for (const char* option : {"--result", "--preview", "--profile"}) {
+    const ProgramResult printed = run({"calibrate", "frames", "--name", "x", option, "photo.dng"});
+    EXPECT_EQ(printed.status, 2) << option;
+    EXPECT_THAT(printed.errors, HasSubstr("photo.dng: Output exists\n")) << option;
+  }
+  EXPECT_EQ(readText(folder / "photo.dng"), "somebody's");
+}
+
+TEST_F(CalibrateTest, WritesOneOfItsResultsToStandardOutputAndSpeaksOnTheOther) {
+  ASSERT_EQ(run({"calibrate", "frames", "--preview", "p.pgm"}).status, 0);
+  const ProgramResult preview = run({"calibrate", "frames", "--preview", "-"});
+  EXPECT_EQ(preview.output, readText(folder / "p.pgm"));
+  EXPECT_THAT(linesOf(preview.errors).back(), StartsWith("Complete: 6 bright-field, 6 dark, "));
+  const ProgramResult json = run({"calibrate", "frames", "--result", "-"});
+  EXPECT_EQ(nlohmann::ordered_json::parse(json.output)["brightFrameCount"], 6);
+  const ProgramResult profile = run({"calibrate", "frames", "--name", "x", "--include", "all", "--profile", "-"});
+  EXPECT_EQ(decodeProfile(profile.output).name, "x");
+  EXPECT_FALSE(fs::exists(folder / "-"));
+}
+
+TEST_F(CalibrateTest, HasOneStandardOutput) {
+  const ProgramResult printed = run({"calibrate", "frames", "--result", "-", "--preview", "-"});
+  EXPECT_EQ(printed.status, 2);
+  EXPECT_EQ(printed.output, "");
+  EXPECT_THAT(printed.errors, StartsWith("tessaly-cli: -: only one output can be standard output\n"));
+}
+
+TEST_F(CalibrateTest, SaysThatANameAloneKeepsNothing) {
+  EXPECT_EQ(linesOf(run({"calibrate", "frames", "--name", "x"}).errors).back(),
+            "No profile was kept. Add --save or --profile to keep one.");
+  EXPECT_THAT(run({"calibrate", "frames", "--name", "x", "--save", "--include", "all"}).errors,
+              testing::Not(HasSubstr("No profile was kept")));
+}
+
+TEST_F(CalibrateTest, NamesTheFramesOfTheSmallerSideBesideTheErrorOfAForeignOne) {
+  for (const char* name : {"A_1.dng", "A_2.dng"})
+    DNGBuilder().size(300, 80).serial("another").write(frames / name);
+  const ProgramResult printed = run({"calibrate", "frames"});
+  EXPECT_EQ(printed.status, 1);
+  const auto lines = linesOf(printed.errors);
+  ASSERT_GE(lines.size(), 3U);
+  EXPECT_THAT(lines[lines.size() - 3], StartsWith("IMG_1.dng: "));
+  EXPECT_EQ(lines[lines.size() - 2],
+            "Cause: Camera profile mismatch: Calibration files contain different cameras or DNG layouts");
+  EXPECT_EQ(lines.back(), "Of another camera or layout than the rest: A_1.dng, A_2.dng");
+}
+
+/// A column so far from its neighbours that its own end looks like a fixed pixel with a trail.
+TEST_F(CalibrateTest, TellsThatOneColumnLiesInsideAnother) {
+  tools::SensorDescription sensor;
+  sensor.width = sensor.activeWidth = 300;
+  sensor.height = sensor.activeHeight = 400;
+  sensor.activeX = sensor.activeY = 0;
+  tools::PlantedDefects defects;
+  defects.lines.push_back({150, 0, 399, 1, 0.02});
+  const tools::SensorSimulator broken(sensor, defects);
+  std::uint64_t number = 0;
+  for (const std::int64_t iso : {100, 200}) {
+    for (int i = 0; i < 6; ++i) {
+      const tools::Exposure exposure{
+          iso, i < 3 ? std::pair<std::int64_t, std::int64_t>{1, 60} : std::pair<std::int64_t, std::int64_t>{1, 4}};
+      const auto scene = i < 3 ? tools::flatField(300, 400, 0.5) : tools::darkness();
+      const auto samples = broken.render(scene, exposure, ++number, tools::Condition::damaged);
+      broken.file(exposure, samples).write(folder / ("C_" + std::to_string(number) + ".dng"));
+    }
+  }
+  fs::remove_all(frames);
+  const ProgramResult printed =
+      run({"calibrate", ".", "--name", "x", "--save", "--include", "all", "--result", "result.json"});
+  EXPECT_EQ(printed.output, result()["candidates"].dump(1));
+  EXPECT_EQ(printed.errors, "");
+}
+
 TEST_F(CalibrateTest, StopsAtOnceOnCtrlC) {
   for (int i = 0; i < 3000; ++i)
     fs::create_hard_link(frames / "IMG_1.dng", frames / ("X_" + std::to_string(i) + ".dng"));

@@ -75,6 +75,24 @@ TEST_F(GrammarTest, RefusesAWrongCommandLineWithItsUsage) {
   }
 }
 
+TEST_F(GrammarTest, NamesWhatItDoesNotKnow) {
+  const auto reason = [this](const Arguments& arguments) { return linesOf(run(arguments).errors).front(); };
+  EXPECT_EQ(reason({"develop"}), "tessaly-cli: Unknown command: develop");
+  EXPECT_EQ(reason({"--colour"}), "tessaly-cli: Unknown option: --colour");
+  EXPECT_EQ(reason({"profiles", "rename", "a"}), "tessaly-cli: Unknown command: rename");
+  EXPECT_EQ(reason({"repair", "folder", "--profil", "p"}), "tessaly-cli: Unknown option: --profil");
+  EXPECT_EQ(reason({"help", "develop"}), "tessaly-cli: Unknown command: develop");
+  EXPECT_EQ(reason({"profiles"}), "tessaly-cli: A subcommand is required");
+}
+
+TEST_F(GrammarTest, HelpsByAWordToo) {
+  EXPECT_EQ(run({"help"}).output, run({"--help"}).output);
+  EXPECT_EQ(run({"help", "calibrate"}).output, run({"calibrate", "--help"}).output);
+  EXPECT_EQ(run({"help", "profiles", "list"}).output, run({"profiles", "list", "--help"}).output);
+  EXPECT_EQ(run({"help"}).status, 0);
+  EXPECT_EQ(run({"-V"}).output, run({"--version"}).output);
+}
+
 TEST_F(GrammarTest, ShowsTheUsageOfTheCommandThatWasMeant) {
   EXPECT_THAT(run({"samples", "a.dng"}).errors, HasSubstr("Usage: tessaly-cli samples"));
   EXPECT_THAT(run({"calibrate", "x", "--save"}).errors, HasSubstr("Usage: tessaly-cli calibrate"));

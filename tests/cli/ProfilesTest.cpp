@@ -106,8 +106,8 @@ TEST_F(ProfilesTest, OfOneNameNeedTheirId) {
 }
 
 TEST_F(ProfilesTest, ThatAreMissingOrUnreadableAreTwoLines) {
-  EXPECT_EQ(run({"profiles", "show", "Nobody"}).errors,
-            "Nobody: No such file or directory\nCause: No such file or directory\n");
+  EXPECT_EQ(run({"profiles", "show", "nobody.json"}).errors,
+            "nobody.json: No such file or directory\nCause: No such file or directory\n");
   writeText(folder / "broken.json", "{\"version\": 4");
   const ProgramResult broken = run({"profiles", "show", "broken.json"});
   EXPECT_EQ(broken.status, 1);
@@ -117,6 +117,22 @@ TEST_F(ProfilesTest, ThatAreMissingOrUnreadableAreTwoLines) {
   fs::create_symlink("nowhere", folder / "dangling.json");
   EXPECT_EQ(run({"profiles", "show", "dangling.json"}).errors,
             "dangling.json: No such file or directory\nCause: No such file or directory\n");
+}
+
+TEST_F(ProfilesTest, OfAnUnknownNameAreNotThere) {
+  EXPECT_EQ(run({"profiles", "show", "My Bdy"}).errors,
+            "My Bdy: No stored profile has this name\nCause: No stored profile has this name\n"
+            "No camera profile is stored.\n");
+  store(profile);
+  CameraProfile other = profile;
+  other.id = UUID::random();
+  other.name = "My Body";
+  store(other);
+  const ProgramResult result = run({"repair", "a.dng", "--profile", "My Bdy", "--language", "fr"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.errors,
+            "My Bdy: Aucun profil enregistré ne porte ce nom\nCause: No stored profile has this name\n"
+            "Profils enregistrés\u00a0: Body 2, My Body\n");
 }
 
 TEST_F(ProfilesTest, OfAStoreThatCannotBeReadNameTheFile) {
@@ -190,6 +206,21 @@ TEST_F(ProfilesTest, AreNeverExportedOverAFileThatIsRead) {
   EXPECT_EQ(readText(stored), encodeProfile(profile));
 }
 
+TEST_F(ProfilesTest, AreNeverExportedOverAPhotograph) {
+  const std::string photograph = readText(folder / "a.dng");
+  const ProgramResult result = run({"profiles", "export", "p.json", "a.dng"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.errors, HasSubstr("a.dng: Output exists\n"));
+  EXPECT_EQ(readText(folder / "a.dng"), photograph);
+}
+
+TEST_F(ProfilesTest, AreExportedToStandardOutput) {
+  const ProgramResult result = run({"profiles", "export", "p.json", "-"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output, encodeProfile(profile));
+  EXPECT_FALSE(fs::exists(folder / "-"));
+}
+
 TEST_F(ProfilesTest, SayWhyTheyCannotBeExported) {
   const ProgramResult result = run({"profiles", "export", "p.json", "nowhere/out.json"});
   EXPECT_EQ(result.status, 1);
@@ -201,6 +232,41 @@ TEST_F(ProfilesTest, AreDeletedFromTheStore) {
   EXPECT_EQ(run({"profiles", "delete", "Body 2"}).status, 0);
   EXPECT_EQ(run({"profiles", "list"}).output, "");
   EXPECT_EQ(run({"profiles", "delete", "Body 2"}).status, 1);
+}
+
+TEST_F(ProfilesTest, AreDeletedByTheirFileInTheStore) {
+  store(profile);
+  writeText(folderOfStore / "broken.json", "{");
+  writeText(folderOfStore / "other.json.unreadable", "{");
+  fs::create_directory(folderOfStore / "folder");
+  EXPECT_EQ(run({"profiles", "delete", "broken.json"}).status, 0);
+  EXPECT_EQ(run({"profiles", "delete", (folderOfStore / "other.json.unreadable").string()}).status, 0);
+  EXPECT_EQ(run({"profiles", "delete", "folder"}).status, 1);
+  EXPECT_FALSE(fs::exists(folderOfStore / "broken.json"));
+  EXPECT_FALSE(fs::exists(folderOfStore / "other.json.unreadable"));
+  EXPECT_TRUE(fs::exists(folderOfStore / "folder"));
+  EXPECT_THAT(run({"profiles", "list"}).output, StartsWith(id(profile))) << "nothing else is gone";
+}
+
+TEST_F(ProfilesTest, GivenByAPathElsewhereAreNotTakenForAFileOfTheStore) {
+  store(profile);
+  writeText(folderOfStore / "p.json", "{");
+  EXPECT_EQ(run({"profiles", "delete", "p.json"}).status, 0);
+  EXPECT_TRUE(fs::exists(folderOfStore / "p.json"));
+  EXPECT_FALSE(fs::exists(folderOfStore / (id(profile) + ".json")));
+}
+
+TEST_F(ProfilesTest, OfTheEarlierApplicationComeBackWhenTheyAreDeleted) {
+  const fs::path earlier = home / "Orvendel" / "Profiles" / (id(profile) + ".json");
+  fs::create_directories(earlier.parent_path());
+  writeText(earlier, encodeProfile(profile));
+  const ProgramResult result = run({"profiles", "delete", "Body 2"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.errors, "This profile comes back: it also lies in " + earlier.string() + "\n");
+  EXPECT_TRUE(fs::exists(earlier));
+  fs::remove(earlier);
+  store(profile);
+  EXPECT_EQ(run({"profiles", "delete", "Body 2"}).errors, "");
 }
 
 TEST_F(ProfilesTest, GivenByAPathAreDeletedFromTheStoreOnly) {

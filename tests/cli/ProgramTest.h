@@ -63,6 +63,8 @@ class ProgramTest : public testing::Test {
     redirect(STDERR_FILENO, errorFile);
     setEnvironment();
     if (chdir(folder.path().c_str()) != 0) _exit(126);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
+      signal(number, SIG_DFL);  // what these tests were started with may ignore some of them
     if (prepare) prepare();
     execv(program.c_str(), pointers.data());
     _exit(127);

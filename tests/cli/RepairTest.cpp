@@ -299,6 +299,50 @@ TEST_F(RepairTest, NeverWritesItsSummaryOverAFileItReadsOrMakes) {
   EXPECT_EQ(readText(folder / "p.json"), encodeProfile(profile));
 }
 
+TEST_F(RepairTest, NeverWritesItsSummaryUnderTheNameOfACopy) {
+  for (const char* output : {"l1.dng", "L1-2.DNG", "L1-17.dng"}) {
+    const ProgramResult result = run(
+        {"repair", "photos", "--profile", "p.json", "--summary", "photos/./Tessaly Results/" + std::string(output)});
+    EXPECT_EQ(result.status, 2) << output;
+    EXPECT_THAT(result.errors, HasSubstr(": a copy has or gets this name\n")) << output;
+  }
+  EXPECT_FALSE(fs::exists(results)) << "nothing written";
+  fs::create_directory(results);
+  EXPECT_EQ(run({"repair", "photos", "--profile", "p.json", "--summary", "photos/Tessaly Results/L1-x.DNG"}).status, 0);
+  EXPECT_EQ(run({"repair", "photos", "--profile", "p.json", "--summary", "L1-2.DNG"}).status, 0) << "another folder";
+}
+
+TEST_F(RepairTest, NeverWritesItsSummaryOverAPhotograph) {
+  writeText(folder / "other.dng", "somebody's");
+  EXPECT_EQ(run({"repair", "photos", "--profile", "p.json", "--summary", "other.dng"}).status, 2);
+  EXPECT_EQ(readText(folder / "other.dng"), "somebody's");
+  EXPECT_FALSE(fs::exists(results));
+}
+
+TEST_F(RepairTest, WritesItsSummaryToStandardOutputAndItsTextToTheOther) {
+  const ProgramResult result = run({"repair", "photos", "--profile", "p.json", "--summary", "-"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(nlohmann::ordered_json::parse(result.output)["succeeded"], 1);
+  EXPECT_THAT(result.errors, HasSubstr("Processing complete\n\nSuccess: 1\n"));
+}
+
+TEST_F(RepairTest, SaysHowManyWorkersItUses) {
+  const auto errors = [this](const char* workers) {
+    return linesOf(run({"repair", "photos", "--profile", "p.json", "--workers", workers}).errors).front();
+  };
+  EXPECT_EQ(errors("9"), "4 workers are used instead of 9.");
+  EXPECT_EQ(errors("-3"), "One worker is used instead of -3.");
+  EXPECT_THAT(errors("4"), StartsWith("1/1  "));
+  EXPECT_THAT(errors("0"), StartsWith("1/1  "));
+}
+
+TEST_F(RepairTest, OfNothingHasASubject) {
+  const ProgramResult result = run({"repair", "", "--profile", "p.json"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.errors, "\"\": No such file or directory\nCause: No such file or directory\n");
+  EXPECT_THAT(run({"inspect", ""}).errors, StartsWith("\"\": Tessaly couldn't open this file."));
+}
+
 TEST_F(RepairTest, ThatCannotWriteItsSummaryFailsAfterItsText) {
   const ProgramResult result = run({"repair", "photos", "--profile", "p.json", "--summary", "nowhere/summary.json"});
   EXPECT_EQ(result.status, 1);

@@ -3,6 +3,7 @@
 
 #include <sys/resource.h>
 
+#include <map>
 #include <numeric>
 
 namespace tessaly::tests {
@@ -71,6 +72,29 @@ TEST_F(SamplesTest, NeverReplacesTheFileItReads) {
     EXPECT_THAT(result.errors, HasSubstr("Usage: tessaly-cli samples")) << output;
   }
   expectNothingElse({"hard", "soft", "sub"});
+}
+
+TEST_F(SamplesTest, NeverReplacesAPhotograph) {
+  const std::string little("II*\0....", 8);
+  const std::string big("MM\0*....", 8);
+  const std::map<std::string, std::string> photographs = {
+      {"b.dng", "empty of meaning"}, {"c.NEF", ""}, {"d.tif", little}, {"without extension", big}, {"e.raw", little}};
+  for (const auto& [name, bytes] : photographs)
+    writeText(folder / name, bytes);
+  std::filesystem::create_symlink("b.dng", folder / "link");
+  for (const auto& [name, bytes] : photographs) {
+    const ProgramResult result = run({"samples", "a.dng", "--output", name});
+    EXPECT_EQ(result.status, 2) << name;
+    EXPECT_THAT(result.errors, HasSubstr(name + ": Output exists\n")) << name;
+    EXPECT_EQ(readText(folder / name), bytes) << name;
+  }
+  EXPECT_EQ(run({"samples", "a.dng", "--output", "link"}).status, 2);
+  expectNothingElse({"b.dng", "c.NEF", "d.tif", "e.raw", "link", "without extension"});
+}
+
+TEST_F(SamplesTest, WritesANewFileOfAnyName) {
+  EXPECT_EQ(run({"samples", "a.dng", "--output", "new.dng"}).status, 0);
+  EXPECT_EQ(readText(folder / "new.dng"), expected);
 }
 
 TEST_F(SamplesTest, NeverReplacesTheSettings) {
