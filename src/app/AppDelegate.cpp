@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/EditMenu.h"
 #include "app/widgets/QtText.h"
 #include "app/widgets/QtTranslation.h"
 #include "app/widgets/Theme.h"
@@ -8,7 +9,6 @@
 #include "platform/TerminationSignals.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QMenu>
 #include <QSessionManager>
 #include <utility>
@@ -17,27 +17,6 @@ namespace tessaly {
 namespace {
 
 constexpr const char* aboutLine = "Repairs fixed sensor defects in DNG files. Original files are only ever read.";
-
-/// One of the editing commands that every field understands by its key.
-struct EditCommand {
-  const char* title;
-  QKeySequence::StandardKey standard;
-  Qt::Key key;
-};
-
-constexpr EditCommand editCommands[] = {
-    {"Cut", QKeySequence::Cut, Qt::Key_X},
-    {"Copy", QKeySequence::Copy, Qt::Key_C},
-    {"Paste", QKeySequence::Paste, Qt::Key_V},
-    {"Select All", QKeySequence::SelectAll, Qt::Key_A},
-};
-
-void sendToFocus(Qt::Key key) {
-  QWidget* focus = QApplication::focusWidget();
-  if (!focus) return;
-  QKeyEvent press(QEvent::KeyPress, key, Qt::ControlModifier);
-  QApplication::sendEvent(focus, &press);
-}
 
 }  // namespace
 
@@ -64,6 +43,9 @@ void AppDelegate::applicationDidFinishLaunching() {
   connect(windowController.get(), &MainWindowController::closed, this, [this] {
     if (settingsController) settingsController->close();
   });
+  connect(&windowController->batch(), &BatchViewController::runningChanged, this, [this](bool running) {
+    if (settingsController) settingsController->setLocked(running);
+  });
   windowController->showWindow();
 }
 
@@ -73,7 +55,7 @@ void AppDelegate::installMenus() {
   for (QMenu* menu : menuBar_->findChildren<QMenu*>(Qt::FindDirectChildrenOnly))
     menu->deleteLater();
   addApplicationMenu();
-  addEditMenu();
+  menuBar_->addMenu(new EditMenu(menuBar_));
 }
 
 void AppDelegate::addApplicationMenu() {
@@ -90,14 +72,6 @@ void AppDelegate::addApplicationMenu() {
   quit->setShortcut(Qt::CTRL | Qt::Key_Q);
   for (QAction* action : {settings, quit})
     action->setShortcutContext(Qt::ApplicationShortcut);
-}
-
-void AppDelegate::addEditMenu() {
-  QMenu* menu = menuBar_->addMenu(localized("Edit"));
-  for (const EditCommand& command : editCommands) {
-    QAction* action = menu->addAction(localized(command.title), this, [key = command.key] { sendToFocus(key); });
-    action->setShortcut(command.standard);
-  }
 }
 
 void AppDelegate::showSettings() {

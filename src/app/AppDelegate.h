@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/MainWindowController.h"
+#include "app/ModalShortcuts.h"
 #include "app/settings/SettingsWindowController.h"
 #include "app/widgets/Panels.h"
 #include "app/widgets/SystemAppearance.h"
@@ -54,12 +55,12 @@ class AppDelegate : public QObject {
 
  private:
   void addApplicationMenu();
-  void addEditMenu();
   void sessionEnds(QSessionManager& manager);
   void batchEnded();
 
   Panels& panels_;
   bool endsWithBatch_ = false;  ///< a signal came while it ran
+  ModalShortcuts modalShortcuts_;
   QPointer<QMenuBar> menuBar_;  ///< of the main window once that exists
   AppPreferences::Registration preferences_;
   std::unique_ptr<SystemAppearanceObserver> appearance_;

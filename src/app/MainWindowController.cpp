@@ -50,7 +50,7 @@ MainWindowController::MainWindowController(Panels& panels)
   tabs_->widget(0)->setObjectName(QStringLiteral("calibration"));
   makeSettingsButton();
   setCentralWidget(tabs_);
-  connect(calibration_, &CalibrationViewController::profileSaved, batch_, &BatchViewController::reloadProfiles);
+  connect(calibration_, &CalibrationViewController::profileSaved, batch_, &BatchViewController::chooseProfile);
   Controls::addShortcut(*this, Qt::CTRL | Qt::Key_1, [this] { showTab(0); });
   Controls::addShortcut(*this, Qt::CTRL | Qt::Key_2, [this] { showTab(1); });
   setSmallestSize();
@@ -113,12 +113,16 @@ void MainWindowController::showTab(int index) {
   (index == 0 ? static_cast<QWidget*>(calibration_) : batch_)->setFocus();
 }
 
-void MainWindowController::showRunningBatch() {
-  tabs_->setCurrentIndex(1);
+void MainWindowController::comeForward() {
   setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();
   activateWindow();
+}
+
+void MainWindowController::showRunningBatch() {
+  tabs_->setCurrentIndex(1);
+  comeForward();
   batch_->stopButton->setFocus();
 }
 

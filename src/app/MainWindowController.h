@@ -30,6 +30,9 @@ class MainWindowController : public QMainWindow {
   /// Shows every text in the interface's language.
   void refreshLanguage();
 
+  /// Comes to the front, from the task bar too.
+  void comeForward();
+
   /// Comes to the front with the batch that has to be stopped before anything can be closed.
   void showRunningBatch();
 

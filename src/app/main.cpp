@@ -1,5 +1,6 @@
 // tessaly: the window.
 #include "app/AppDelegate.h"
+#include "app/SingleInstance.h"
 #include "app/TerminationNotifier.h"
 #include "app/widgets/Icons.h"
 #include "app/widgets/Style.h"
@@ -8,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include <QApplication>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <optional>
@@ -69,9 +71,13 @@ int main(int count, char** arguments) {
   QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   const QApplication application(count, arguments);
   describeApplication();
+  const SingleInstance instance(SingleInstance::nameHere());
+  if (instance.isSecond()) return EXIT_SUCCESS;
   DesktopPanels panels;
   AppDelegate delegate(panels);
   delegate.applicationDidFinishLaunching();
+  QObject::connect(&instance, &SingleInstance::wanted, delegate.windowController.get(),
+                   &MainWindowController::comeForward);
   const TerminationNotifier termination([&delegate](int signal) { delegate.endBySignal(signal); });
   if (!parsed.sample.empty()) showSample(*delegate.windowController, parsed.sample);
   return QApplication::exec();

@@ -152,6 +152,26 @@ const std::vector<Entry>& table() {
     {"This profile comes back: it also lies in %@",
      "此配置文件还会出现：它也位于 %@",
      "Ce profil reviendra : il se trouve aussi dans %@"},
+
+    // What the profile creation tab says of additions by hand and of saving again.
+    {"Added: %@ (%@)",
+     "已添加：%@（%@）",
+     "Ajouté : %@ (%@)"},
+    {"In the list already, now included: %@ (%@)",
+     "已在列表中，现已纳入：%@（%@）",
+     "Déjà dans la liste, maintenant inclus : %@ (%@)"},
+    {"Removed: %@ (%@)",
+     "已移除：%@（%@）",
+     "Retiré : %@ (%@)"},
+    {"Manual additions removed: %d",
+     "已移除的手动添加项：%d",
+     "Ajouts manuels retirés : %d"},
+    {"Only what was added by hand can be removed. Exclude a detected candidate by its check box.",
+     "只能移除手动添加的项目。检测到的候选项可通过其复选框排除。",
+     "Seul ce qui a été ajouté à la main peut être retiré. Un candidat détecté s’exclut par sa case à cocher."},
+    {"This selection is saved already as “%@”.",
+     "此选择已保存为“%@”。",
+     "Cette sélection est déjà enregistrée sous « %@ »."},
   };
   return rows;
 }

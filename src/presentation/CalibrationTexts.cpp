@@ -57,6 +57,10 @@ std::string saved(const CameraProfile& profile, const std::filesystem::path& fil
                                displayText(file.native())});
 }
 
+std::string camera(const DNGMetadata& metadata) {
+  return metadata.cameraSerial ? metadata.model + ", " + *metadata.cameraSerial : metadata.model;
+}
+
 std::string includedCount(std::int64_t included, std::int64_t total) {
   return LF("%d of %d included", {included, total});
 }

@@ -24,6 +24,9 @@ namespace tessaly::CalibrationTexts {
 /// After a profile was saved to `file`.
 [[nodiscard]] std::string saved(const CameraProfile& profile, const std::filesystem::path& file);
 
+/// The camera body that the frames come from: its model and, where it is known, its serial number.
+[[nodiscard]] std::string camera(const DNGMetadata& metadata);
+
 /// How many of the candidates are included.
 [[nodiscard]] std::string includedCount(std::int64_t included, std::int64_t total);
 

@@ -2,6 +2,7 @@
 
 #include "calibration/review/PartialColumn.h"
 #include "localization/Localization.h"
+#include "presentation/CandidateTexts.h"
 
 #include <cmath>
 
@@ -16,6 +17,11 @@ std::string lineClicked(const CalibrationCandidate& line, const DNGMetadata& met
          LF("This partial defective column starts at y=%d. Including it preserves the detected range; the manual "
             "button adds a full column.",
             {line.yStart - metadata.activeY});
+}
+
+/// A format for a kind and a position, with those of the candidate.
+std::string naming(const char* english, const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
+  return LF(english, {CandidateTexts::kind(candidate, metadata), CandidateTexts::position(candidate, metadata)});
 }
 
 }  // namespace
@@ -39,6 +45,25 @@ std::string candidateClicked(const CalibrationCandidate& candidate, const DNGMet
 
 std::string columnClicked(std::int64_t x) {
   return LF("Active-area coordinate x=%d. If the cyan guide matches the defect, click Add Full Column.", {x});
+}
+
+std::string added(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
+  return naming("Added: %@ (%@)", candidate, metadata);
+}
+
+std::string addedBefore(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
+  return naming("In the list already, now included: %@ (%@)", candidate, metadata);
+}
+
+std::string removed(const std::vector<CalibrationCandidate>& candidates, const DNGMetadata& metadata) {
+  if (candidates.empty())
+    return L("Only what was added by hand can be removed. Exclude a detected candidate by its check box.");
+  if (candidates.size() == 1) return naming("Removed: %@ (%@)", candidates.front(), metadata);
+  return LF("Manual additions removed: %d", {static_cast<std::int64_t>(candidates.size())});
+}
+
+std::string savedBefore(const std::string& profileName) {
+  return LF("This selection is saved already as “%@”.", {profileName});
 }
 
 std::string inspecting(const std::string& fileName) {

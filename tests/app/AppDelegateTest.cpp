@@ -71,21 +71,6 @@ TEST_F(Application, HasNoMoreMenusAfterManyChanges) {
   EXPECT_EQ(delegate.menuBar().findChildren<QMenu*>().size(), 2);
 }
 
-TEST_F(Application, EditsTheFieldThatHasTheFocus) {
-  MainWindowController& window = *delegate.windowController;
-  QLineEdit& name = *window.calibration().profileName;
-  window.activateWindow();
-  name.setText("Body");
-  name.setFocus();
-  ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == &name; }));
-  menu(1).actions()[3]->trigger();
-  menu(1).actions()[0]->trigger();
-  EXPECT_EQ(name.text(), "");
-  menu(1).actions()[2]->trigger();
-  menu(1).actions()[2]->trigger();
-  EXPECT_EQ(name.text(), "BodyBody");
-}
-
 TEST_F(Application, FollowsTheLanguageEverywhereAtOnce) {
   delegate.windowController->settingsButton().click();
   ASSERT_TRUE(delegate.settingsController);
@@ -129,6 +114,21 @@ TEST_F(Application, KeepsTheSettingsClosedDuringABatch) {
   EXPECT_TRUE(delegate.settingsController);
 }
 
+TEST_F(Application, LocksTheOpenSettingsWhileABatchRuns) {
+  delegate.showSettings();
+  const SettingsWindowController& settings = *delegate.settingsController;
+  startBatch();
+  EXPECT_FALSE(settings.language->isEnabled());
+  EXPECT_FALSE(settings.resetButton->isEnabled());
+  EXPECT_FALSE(settings.importButton->isEnabled());
+  EXPECT_TRUE(settings.doneButton->isEnabled());
+  EXPECT_EQ(settings.lockLabel->stringValue(), "Settings are unavailable during a batch repair.");
+  finishBatch();
+  EXPECT_TRUE(settings.language->isEnabled());
+  EXPECT_TRUE(settings.resetButton->isEnabled());
+  EXPECT_EQ(settings.lockLabel->stringValue(), "");
+}
+
 TEST_F(Application, RefusesToEndDuringABatchAndShowsWhereToStopIt) {
   startBatch();
   EXPECT_FALSE(delegate.applicationShouldTerminate());
@@ -161,6 +161,7 @@ TEST_F(Application, FindsItsFolderOutputRefusedWithoutAFolder) {
   delegate.showSettings();
   delegate.settingsController->output->setCurrentIndex(1);
   delegate.windowController->batch().setInput(photographs.path("p-1.dng").parent_path());
+  EXPECT_EQ(delegate.windowController->batch().outputLabel->stringValue(), "No custom output folder selected");
   delegate.windowController->batch().startBatch();
   EXPECT_FALSE(delegate.windowController->isProcessing());
   EXPECT_EQ(panels.lastAlert(),
@@ -175,9 +176,12 @@ TEST_F(Application, EndsWithItsLastWindow) {
 }
 
 TEST_F(Application, OffersASavedProfileInTheBatchTabAtOnce) {
-  ProfileStore::save(CameraProfile::empty("New body", DNGReader::readMetadata(photographs.path("p-1.dng"))));
-  emit delegate.windowController->calibration().profileSaved();
+  CameraProfile saved = CameraProfile::empty("New body", DNGReader::readMetadata(photographs.path("p-1.dng")));
+  ProfileStore::save(saved);
+  emit delegate.windowController->calibration().profileSaved(saved.id);
   EXPECT_EQ(delegate.windowController->batch().profilePopUp->count(), 2);
+  EXPECT_EQ(delegate.windowController->batch().profilePopUp->currentText(), "New body");
+  EXPECT_EQ(delegate.windowController->batch().statusLabel->stringValue(), "Choose an input folder.");
 }
 
 TEST_F(Application, ShowsItsVersion) {

@@ -49,12 +49,47 @@ TEST(Program, RefusesWhatItDoesNotUnderstandInOneLine) {
   }
 }
 
+QProcessEnvironment environmentIn(const TemporaryFolder& home) {
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("TESSALY_HOME", QString::fromStdString(home.path().native()));
+  return environment;
+}
+
+/// Whether the program would be told of the signal.
+bool listens(const QProcess& program, int number) {
+  std::ifstream status("/proc/" + std::to_string(program.processId()) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (!line.starts_with("SigCgt:")) continue;
+    std::uint64_t caught = 0;
+    std::istringstream(line.substr(7)) >> std::hex >> caught;
+    return (caught >> (number - 1) & 1) != 0;
+  }
+  return false;
+}
+
+TEST(Program, LeavesASecondStartToTheWindowThatIsThere) {
+  const TemporaryFolder home;
+  QProcess first;
+  QProcess second;
+  for (QProcess* program : {&first, &second}) {
+    program->setProcessEnvironment(environmentIn(home));
+    program->setChildProcessModifier([] { ::signal(SIGTERM, SIG_DFL); });
+  }
+  first.start(QStringLiteral(TESSALY_PROGRAM), QStringList());
+  ASSERT_TRUE(waitUntil([&] { return listens(first, SIGTERM); }));
+  second.start(QStringLiteral(TESSALY_PROGRAM), QStringList());
+  ASSERT_TRUE(second.waitForFinished(patience));
+  EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(second.exitCode(), 0);
+  EXPECT_EQ(first.state(), QProcess::Running);
+  first.terminate();
+  ASSERT_TRUE(first.waitForFinished(patience));
+}
+
 class RunningProgram : public testing::TestWithParam<int> {
  protected:
   RunningProgram() {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TESSALY_HOME", QString::fromStdString(home.path().native()));
-    program.setProcessEnvironment(environment);
+    program.setProcessEnvironment(environmentIn(home));
     program.setChildProcessModifier([] {  // what these tests were started with may ignore some of them
       for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
         ::signal(number, SIG_DFL);
@@ -63,24 +98,12 @@ class RunningProgram : public testing::TestWithParam<int> {
     program.waitForStarted(patience);
   }
 
-  /// Whether the program would be told of the signal.
-  [[nodiscard]] bool listens(int number) const {
-    std::ifstream status("/proc/" + std::to_string(program.processId()) + "/status");
-    for (std::string line; std::getline(status, line);) {
-      if (!line.starts_with("SigCgt:")) continue;
-      std::uint64_t caught = 0;
-      std::istringstream(line.substr(7)) >> std::hex >> caught;
-      return (caught >> (number - 1) & 1) != 0;
-    }
-    return false;
-  }
-
   TemporaryFolder home;
   QProcess program;
 };
 
 TEST_P(RunningProgram, EndsInOrderWhenItIsAskedTo) {
-  ASSERT_TRUE(waitUntil([&] { return listens(GetParam()); }));
+  ASSERT_TRUE(waitUntil([&] { return listens(program, GetParam()); }));
   ::kill(static_cast<pid_t>(program.processId()), GetParam());
   ASSERT_TRUE(program.waitForFinished(patience));
   EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);

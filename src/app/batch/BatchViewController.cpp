@@ -1,6 +1,7 @@
 #include "app/batch/BatchViewController.h"
 
 #include "app/widgets/QtText.h"
+#include "app/widgets/StoredProfiles.h"
 #include "batch/OutputFolderAccess.h"
 #include "batch/SourceFiles.h"
 #include "localization/Localization.h"
@@ -69,22 +70,50 @@ BatchViewController::~BatchViewController() {
 
 void BatchViewController::reloadProfiles() {
   const int index = profilePopUp->currentIndex();
-  const bool hadSelection = index >= 0 && index < static_cast<int>(profiles_.size());
-  const auto id = hadSelection ? std::optional(profiles_[static_cast<std::size_t>(index)].id) : std::nullopt;
-  try {
-    profiles_ = ProfileStore::loadAll();
-    showProfileStatus();
-  } catch (const std::exception& error) {
-    profiles_.clear();
-    const std::string words = failureText(error, "").description;
-    statusLabel->setComposed([words] { return LF("Unable to load camera profiles: %@", {words}); });
-  }
+  const std::optional<UUID> id = wantedProfile();
+  loadProfiles();
   fillProfiles(selectionAmong(profiles_, id, index));
 }
 
-void BatchViewController::showProfileStatus() {
+void BatchViewController::chooseProfile(const UUID& id) {
+  savedProfile_ = id;
+  if (isProcessing()) return;
+  reloadProfiles();
+  if (!profiles_.empty()) showNextStep();
+}
+
+std::optional<UUID> BatchViewController::wantedProfile() {
+  if (savedProfile_) return std::exchange(savedProfile_, std::nullopt);
+  const CameraProfile* selected = selectedProfile();
+  return selected ? std::optional(selected->id) : std::nullopt;
+}
+
+void BatchViewController::loadProfiles() {
+  const bool saidSo = std::exchange(profilesFailed_, false) || statusLabel->sourceText() == noProfileText;
+  StoredProfiles stored = StoredProfiles::load();
+  profiles_ = std::move(stored.profiles);
+  unreadable_ = stored.unreadable;
+  setAsideButton->setVisible(unreadable_.has_value());
+  profilesFailed_ = stored.failure != nullptr;
+  if (profilesFailed_) return statusLabel->setComposed(stored.failure);
+  if (profiles_.empty() || saidSo) showNextStep();
+}
+
+void BatchViewController::setProfileAside() {
+  if (!unreadable_) return;
+  try {
+    ProfileStore::setAside(*unreadable_);
+  } catch (const std::exception&) {
+    panels_.showAlert(*this, failureAlert(std::current_exception(), displayText(unreadable_->native())));
+  }
+  reloadProfiles();
+  AppPreferences::shared().notify();
+}
+
+// What is missing before a batch can start, else what it would be about.
+void BatchViewController::showNextStep() {
   if (profiles_.empty()) return statusLabel->setStringValue(noProfileText);
-  if (statusLabel->sourceText() == noProfileText) statusLabel->setStringValue("Choose an input folder.");
+  inputURL_ ? countFiles() : statusLabel->setStringValue("Choose an input folder.");
 }
 
 void BatchViewController::fillProfiles(int selection) {
@@ -112,7 +141,12 @@ void BatchViewController::setInput(const std::filesystem::path& folder) {
   inputURL_ = folder;
   inputLabel->setName(displayText(folder.native()));
   showOutput();
-  count_.start([this, folder](const std::stop_token&, const BackgroundTask::Deliver& deliver) {
+  progress->setValue(0);
+  countFiles();
+}
+
+void BatchViewController::countFiles() {
+  count_.start([this, folder = *inputURL_](const std::stop_token&, const BackgroundTask::Deliver& deliver) {
     deliver([this, text = contentsOf(folder)] { statusLabel->setComposed(text); });
   });
 }
@@ -137,9 +171,13 @@ void BatchViewController::useDefaultOutput() {
 
 void BatchViewController::showOutput() {
   if (outputWasChosenManually_) return outputLabel->setName(displayText(outputURL_->native()));
-  const std::string custom = AppPreferences::shared().outputPath();
-  if (AppPreferences::shared().useCustomOutput() && !custom.empty()) return showDefaultOutput(custom);
+  if (AppPreferences::shared().useCustomOutput()) return showCustomOutput(AppPreferences::shared().outputPath());
   outputLabel->setComposed([folder = inputURL_.value_or("")] { return BatchTexts::defaultOutput(folder); });
+}
+
+// Without a folder the batch will be refused; that is told before it is started.
+void BatchViewController::showCustomOutput(const std::string& path) {
+  path.empty() ? outputLabel->setStringValue("No custom output folder selected") : showDefaultOutput(path);
 }
 
 void BatchViewController::showDefaultOutput(const std::string& path) {
@@ -206,6 +244,7 @@ void BatchViewController::setRunning(bool running) {
     control->setEnabled(!running);
   startButton->setEnabled(!running);
   stopButton->setEnabled(running);
+  emit runningChanged(running);
 }
 
 bool BatchViewController::hasFocusInside() const {
@@ -226,6 +265,7 @@ void BatchViewController::cancelBatch() {
 void BatchViewController::finished(const BatchSummary& summary) {
   processor_.reset();
   setRunning(false);
+  if (savedProfile_) reloadProfiles();
   openButton->setEnabled(BatchTexts::canOpenResults(summary, *resultsURL_));
   statusLabel->setComposed([summary] { return BatchTexts::statusLine(summary); });
   statusLabel->announce();

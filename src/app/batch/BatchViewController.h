@@ -36,6 +36,13 @@ class BatchViewController : public QWidget, public FollowsLanguage {
   [[nodiscard]] const std::optional<std::filesystem::path>& outputURL() const { return outputURL_; }
 
   void reloadProfiles();
+
+  /// Selects a profile that was just saved; during a batch, when it has ended.
+  void chooseProfile(const UUID& id);
+
+  /// Takes the profile file that cannot be read out of the way of the others.
+  void setProfileAside();
+
   void chooseInput();
   void setInput(const std::filesystem::path& folder);
   void chooseOutput();
@@ -60,12 +67,14 @@ class BatchViewController : public QWidget, public FollowsLanguage {
   QComboBox* workersPopUp;
   QProgressBar* progress;
   LocalizedLabel* statusLabel;
+  QPushButton* setAsideButton;  ///< there only while one profile file keeps all from being loaded
   QPushButton* startButton;
   QPushButton* stopButton;
   QPushButton* openButton;
 
  signals:
   void ended();  ///< a batch, before anything is said about it
+  void runningChanged(bool running);
 
  private:
   void layOut();
@@ -73,9 +82,13 @@ class BatchViewController : public QWidget, public FollowsLanguage {
   void connectControls();
   void addDropTargets();
   void fillProfiles(int selection);
-  void showProfileStatus();
+  void loadProfiles();
+  void showNextStep();
   [[nodiscard]] const CameraProfile* selectedProfile() const;
+  [[nodiscard]] std::optional<UUID> wantedProfile();
+  void countFiles();
   void showOutput();
+  void showCustomOutput(const std::string& path);
   void showDefaultOutput(const std::string& path);
   void refuse(const std::string& reason);
   void run(const CameraProfile& profile);
@@ -87,6 +100,9 @@ class BatchViewController : public QWidget, public FollowsLanguage {
 
   Panels& panels_;
   std::vector<CameraProfile> profiles_;
+  std::optional<UUID> savedProfile_;  ///< to be selected next
+  bool profilesFailed_ = false;       ///< the status says why they could not be loaded
+  std::optional<std::filesystem::path> unreadable_;
   std::optional<std::filesystem::path> inputURL_;
   std::optional<std::filesystem::path> outputURL_;
   bool outputWasChosenManually_ = false;

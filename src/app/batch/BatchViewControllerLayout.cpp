@@ -39,12 +39,14 @@ BatchViewController::BatchViewController(Panels& panels, QWidget* parent)
       workersPopUp(Controls::concurrentFilesPopUp("Concurrent Files")),
       progress(Controls::progressBar()),
       statusLabel(Controls::statusLabel()),
+      setAsideButton(Controls::button("Set Aside", "Renames the unreadable file so that the other profiles load.")),
       startButton(Controls::button("Repair DNG Copies", "Rebuild only confirmed defective samples in new DNG copies.")),
       stopButton(Controls::button("Stop After Current Files", "Stop safely after files already in progress finish.")),
       openButton(Controls::button("Open Results")),
       panels_(panels),
       knownWorkers_(static_cast<int>(AppPreferences::shared().workers())),
-      folderControls_{profilePopUp, reloadButton, inputButton, outputButton, defaultOutputButton, workersPopUp},
+      folderControls_{profilePopUp,        reloadButton, inputButton,   outputButton,
+                      defaultOutputButton, workersPopUp, setAsideButton},
       count_(*this) {
   profilePopUp->setObjectName(QLatin1String(userProfilesIdentifier));
   profilePopUp->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -76,7 +78,7 @@ void BatchViewController::layOut() {
   column->addLayout(layOutChoices());
   column->addSpacing(Metrics::groupSpacing);
   column->addWidget(progress);
-  column->addWidget(statusLabel);
+  column->addWidget(row({statusLabel, setAsideButton}, statusLabel));
   column->addSpacing(Metrics::grid);
   auto* actions = Controls::onGrid<QHBoxLayout>(Metrics::grid);
   actions->addWidget(openButton);
@@ -116,6 +118,7 @@ QLayout* BatchViewController::layOutChoices() {
 void BatchViewController::connectControls() {
   using Self = BatchViewController;
   connect(reloadButton, &QPushButton::clicked, this, &Self::reloadProfiles);
+  connect(setAsideButton, &QPushButton::clicked, this, &Self::setProfileAside);
   connect(inputButton, &QPushButton::clicked, this, &Self::chooseInput);
   connect(outputButton, &QPushButton::clicked, this, &Self::chooseOutput);
   connect(defaultOutputButton, &QPushButton::clicked, this, &Self::useDefaultOutput);
@@ -130,7 +133,7 @@ void BatchViewController::connectControls() {
   Controls::addShortcut(*this, Qt::CTRL | Qt::Key_Period, *stopButton);
   setFocusProxy(profilePopUp);
   Controls::setFocusOrder({profilePopUp, reloadButton, inputButton, outputButton, defaultOutputButton, workersPopUp,
-                           startButton, stopButton, openButton});
+                           setAsideButton, startButton, stopButton, openButton});
 }
 
 void BatchViewController::addDropTargets() {

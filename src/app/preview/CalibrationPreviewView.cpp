@@ -39,6 +39,8 @@ CalibrationPreviewView::CalibrationPreviewView(const CandidateStore& store, QWid
   connect(&store_, &CandidateStore::aboutToReset, this, [this] { setSelection({}, std::nullopt); });
   connect(&store_, &CandidateStore::wasReset, this, changed);
   connect(&store_, &CandidateStore::appended, this, changed);
+  connect(&store_, &CandidateStore::removed, this, [this] { setSelection({}, std::nullopt); });
+  connect(&store_, &CandidateStore::removed, this, changed);
   connect(&store_, &CandidateStore::inclusionChanged, viewport(), qOverload<>(&QWidget::update));
 }
 
@@ -49,6 +51,14 @@ void CalibrationPreviewView::setPreview(const RawPreviewImage& preview, const DN
   picture_.set(preview, metadata);
   if (!sameSensor) navigation_.setImage(metadata.activeWidth, metadata.activeHeight);
   navigation_.setView(deviceView().size(), QSizeF(maximumViewportSize()) * ratio());
+  navigationChanged();
+}
+
+void CalibrationPreviewView::clear() {
+  picture_.clear();
+  pressed_.reset();
+  panning_ = false;
+  setManualGuideX(std::nullopt);
   navigationChanged();
 }
 

@@ -27,6 +27,9 @@ class CalibrationPreviewView : public QAbstractScrollArea, public FollowsLanguag
   void setPreview(const RawPreviewImage& preview, const DNGMetadata& metadata);
   [[nodiscard]] bool hasPreview() const { return !picture_.isEmpty(); }
 
+  /// Shows nothing, as before the first picture.
+  void clear();
+
   /// Darkens the picture while a new one is on its way.
   void setDimmed(bool dimmed);
 
@@ -49,8 +52,10 @@ class CalibrationPreviewView : public QAbstractScrollArea, public FollowsLanguag
   void candidateDoubleClicked(int row);
   void coordinateClicked(qint64 x, qint64 y);
   void guideMoved(qint64 column);
+  void guideRemoved();
   void stepRequested(int rows);
   void toggleRequested();
+  void removeRequested();
   void zoomChanged();
 
  protected:
@@ -77,9 +82,11 @@ class CalibrationPreviewView : public QAbstractScrollArea, public FollowsLanguag
 
   void click(QPointF widget);
   void zoomBy(double factor, QPointF anchor);
+  [[nodiscard]] QPointF keyAnchor() const;
   void zoomByGesture(const QNativeGestureEvent& event);
   void panByView(int horizontal, int vertical);
   void moveGuide(int columns);
+  void removeGuide();
   bool handleNavigationKey(const QKeyEvent& event);
   bool handleCandidateKey(const QKeyEvent& event);
   void showToolTip(QPoint widget, QPoint global);

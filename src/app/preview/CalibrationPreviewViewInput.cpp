@@ -88,6 +88,14 @@ void CalibrationPreviewView::zoomBy(double factor, QPointF anchor) {
   navigationChanged();
 }
 
+// The selected candidate stays where it is as long as it is in view.
+QPointF CalibrationPreviewView::keyAnchor() const {
+  const QRectF view = deviceView();
+  if (!current_ || !selected_.contains(*current_)) return view.center();
+  const QRectF candidate = navigation_.transform().toDevice(coveredArea(store_.at(*current_), store_.metadata()));
+  return candidate.intersects(view) ? candidate.intersected(view).center() : view.center();
+}
+
 void CalibrationPreviewView::zoomByGesture(const QNativeGestureEvent& event) {
   if (event.gestureType() == Qt::ZoomNativeGesture) zoomBy(1 + event.value(), device(event.position()));
 }
@@ -112,14 +120,13 @@ void CalibrationPreviewView::keyPressEvent(QKeyEvent* event) {
 
 bool CalibrationPreviewView::handleNavigationKey(const QKeyEvent& event) {
   const bool guide = event.modifiers() & Qt::ControlModifier;
-  const QPointF middle = deviceView().center();
   switch (event.key()) {
     case Qt::Key_Plus:
     case Qt::Key_Equal:
-      zoomBy(zoomStep, middle);
+      zoomBy(zoomStep, keyAnchor());
       return true;
     case Qt::Key_Minus:
-      zoomBy(1 / zoomStep, middle);
+      zoomBy(1 / zoomStep, keyAnchor());
       return true;
     case Qt::Key_0:
       fitToWindow();
@@ -153,8 +160,11 @@ bool CalibrationPreviewView::handleCandidateKey(const QKeyEvent& event) {
     case Qt::Key_Space:
       emit toggleRequested();
       return true;
+    case Qt::Key_Delete:
+      emit removeRequested();
+      return true;
     case Qt::Key_Escape:
-      setManualGuideX(std::nullopt);
+      removeGuide();
       return true;
     default:
       return false;
@@ -174,6 +184,12 @@ void CalibrationPreviewView::moveGuide(int columns) {
   const std::int64_t from = guide_.value_or(clampedSample(middle.x(), width));
   setManualGuideX(std::clamp<std::int64_t>(from + columns, 0, width - 1));
   emit guideMoved(*guide_);
+}
+
+void CalibrationPreviewView::removeGuide() {
+  if (!guide_) return;
+  setManualGuideX(std::nullopt);
+  emit guideRemoved();
 }
 
 void CalibrationPreviewView::focusInEvent(QFocusEvent* event) {

@@ -1,9 +1,19 @@
 #include "app/preview/CandidateStore.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace tessaly {
+namespace {
+
+// A spot that is added by hand is a circle; the one that was detected there may be narrower in one direction.
+auto placeOf(const CalibrationCandidate& candidate) {
+  return std::tuple(candidate.kind, candidate.x, candidate.yStart, candidate.yEnd, candidate.width,
+                    std::max(candidate.radiusX, candidate.radiusY));
+}
+
+}  // namespace
 
 std::set<UUID> CandidateStore::accepted() const {
   std::set<UUID> ids;
@@ -17,9 +27,16 @@ void CandidateStore::reset(DNGMetadata metadata, std::vector<CalibrationCandidat
   emit aboutToReset();
   metadata_ = std::move(metadata);
   candidates_ = std::move(candidates);
+  detectedCount_ = count();
   adopt(accepted);
   emit wasReset();
   emit inclusionChanged();
+}
+
+std::optional<int> CandidateStore::rowOfSamePlace(const CalibrationCandidate& candidate) const {
+  const auto same = std::ranges::find(candidates_, placeOf(candidate), placeOf);
+  if (same == candidates_.end()) return std::nullopt;
+  return static_cast<int>(same - candidates_.begin());
 }
 
 void CandidateStore::append(CalibrationCandidate candidate) {
@@ -28,6 +45,15 @@ void CandidateStore::append(CalibrationCandidate candidate) {
   included_.push_back(1);
   ++includedCount_;
   emit appended();
+  emit inclusionChanged();
+}
+
+void CandidateStore::remove(int row) {
+  emit aboutToRemove(row);
+  candidates_.erase(candidates_.begin() + row);
+  includedCount_ -= included_[static_cast<std::size_t>(row)];
+  included_.erase(included_.begin() + row);
+  emit removed();
   emit inclusionChanged();
 }
 

@@ -1,11 +1,13 @@
 // The candidates on view and which of them are included: what the table and the preview both show.
 //
-// User-interface thread only. Rows are positions in candidates(), which only ever grows between two resets.
+// User-interface thread only. Rows are positions in candidates(): those of the result, in its order, and behind them
+// those that were added by hand, the only ones that can go away between two resets.
 #pragma once
 
 #include "calibration/CalibrationRecords.h"
 
 #include <QObject>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -28,11 +30,19 @@ class CandidateStore : public QObject {
   /// The ids of the included candidates.
   [[nodiscard]] std::set<UUID> accepted() const;
 
+  [[nodiscard]] bool isAddedByHand(int row) const { return row >= detectedCount_; }
+
+  /// The row that has the place of `candidate` already.
+  [[nodiscard]] std::optional<int> rowOfSamePlace(const CalibrationCandidate& candidate) const;
+
   /// Replaces everything by the candidates of a new result.
   void reset(DNGMetadata metadata, std::vector<CalibrationCandidate> candidates, const std::set<UUID>& accepted);
 
   /// Adds a candidate, included, behind the others.
   void append(CalibrationCandidate candidate);
+
+  /// Takes one away that was added by hand.
+  void remove(int row);
 
   void setAccepted(const std::set<UUID>& accepted);
   void setIncluded(const std::vector<int>& rows, bool included);
@@ -42,6 +52,8 @@ class CandidateStore : public QObject {
   void wasReset();
   void aboutToAppend();
   void appended();
+  void aboutToRemove(int row);
+  void removed();
   void inclusionChanged();
 
  private:
@@ -51,6 +63,7 @@ class CandidateStore : public QObject {
   std::vector<CalibrationCandidate> candidates_;
   std::vector<char> included_;
   int includedCount_ = 0;
+  int detectedCount_ = 0;
 };
 
 }  // namespace tessaly

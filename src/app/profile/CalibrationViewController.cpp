@@ -60,6 +60,19 @@ CalibrationResult analyzeFolder(const std::filesystem::path& folder, const Calib
   return CalibrationEngine::analyze(std::move(files), progress);
 }
 
+/// The stored profile that says the same under the same name. Profiles that cannot be loaded stop nobody from saving.
+std::optional<UUID> storedTwin(CameraProfile profile) {
+  try {
+    for (const CameraProfile& stored : ProfileStore::loadAll()) {
+      profile.id = stored.id;
+      profile.createdAt = stored.createdAt;
+      if (profile == stored) return stored.id;
+    }
+  } catch (const std::exception&) {
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 template <typename Step>
@@ -101,8 +114,26 @@ void CalibrationViewController::setFolder(const std::filesystem::path& folder) {
   if (isBusy_) return;
   folderURL_ = folder;
   folderLabel->setName(displayName(folder), displayText(folder.native()));
-  progress->setValue(0);
   setStatus(translated(readyText));
+  clearResult();
+}
+
+// What was found in one folder must not be saved as the camera of another.
+void CalibrationViewController::clearResult() {
+  result_.reset();
+  store_.reset({}, {}, {});
+  previewView->clear();
+  preview_->brightFieldButton->hide();
+  manual_->clear();
+  progress->setValue(0);
+  showCamera();
+  Controls::setMainAction(*analyzeButton, true);
+  Controls::setMainAction(*save_->saveButton, false);
+}
+
+void CalibrationViewController::showCamera() {
+  save_->cameraLabel->setVisible(result_.has_value());
+  save_->cameraLabel->setName(result_ ? CalibrationTexts::camera(result_->metadata) : "");
 }
 
 // ---- Analysis
@@ -134,6 +165,7 @@ void CalibrationViewController::analyzed(CalibrationResult result) {
   store_.reset(result_->metadata, result_->candidates, CandidateSelection::preselected(result_->candidates, threshold));
   completion_ = [this, threshold] { return CalibrationTexts::completion(*result_, threshold); };
   progress->setValue(progress->maximum());
+  showCamera();
   previewView->setManualGuideX(std::nullopt);
   showBrightFieldPreview();
   Controls::setMainAction(*analyzeButton, false);
@@ -144,7 +176,8 @@ void CalibrationViewController::showBrightFieldPreview() {
   if (!result_) return;
   previewView->setPreview(result_->preview, result_->metadata);
   preview_->brightFieldButton->hide();
-  setStatus(completion_);
+  pictureStatus_ = completion_;
+  setStatus(pictureStatus_);
 }
 
 void CalibrationViewController::workFailed(const std::exception_ptr& failure, const std::string& subject) {
@@ -204,7 +237,8 @@ void CalibrationViewController::inspect(const std::filesystem::path& file) {
 void CalibrationViewController::inspected(const std::filesystem::path& file, const RawPreviewImage& preview) {
   previewView->setPreview(preview, result_->metadata);
   preview_->brightFieldButton->show();
-  setStatus([name = displayName(file)] { return ReviewTexts::inspecting(name); });
+  pictureStatus_ = [name = displayName(file)] { return ReviewTexts::inspecting(name); };
+  setStatus(pictureStatus_);
 }
 
 // ---- Review
@@ -234,8 +268,12 @@ void CalibrationViewController::coordinateClicked(std::int64_t x, std::int64_t y
 }
 
 void CalibrationViewController::guideMoved(std::int64_t x) {
-  manual_->fill({x, std::nullopt, std::nullopt});
+  manual_->setX(x);
   setStatus([x] { return ReviewTexts::columnClicked(x); });
+}
+
+void CalibrationViewController::guideRemoved() {
+  setStatus(pictureStatus_);
 }
 
 void CalibrationViewController::selectionChanged() {
@@ -258,8 +296,29 @@ void CalibrationViewController::addManualSpot() {
 }
 
 void CalibrationViewController::add(CalibrationCandidate candidate) {
-  store_.append(std::move(candidate));
-  table->selectCandidate(store_.count() - 1);
+  const std::optional<int> present = store_.rowOfSamePlace(candidate);
+  setStatus([candidate, metadata = store_.metadata(), isNew = !present] {
+    return isNew ? ReviewTexts::added(candidate, metadata) : ReviewTexts::addedBefore(candidate, metadata);
+  });
+  if (present) {
+    store_.setIncluded({*present}, true);
+  } else {
+    store_.append(std::move(candidate));
+  }
+  candidatePanel_->select(present.value_or(store_.count() - 1));
+}
+
+// From the last one on, so that the rows before it keep their numbers.
+void CalibrationViewController::removeSelected() {
+  const std::set<int> selected = table->selectedCandidates();
+  if (selected.empty()) return;
+  std::vector<CalibrationCandidate> removed;
+  for (auto row = selected.rbegin(); row != selected.rend() && store_.isAddedByHand(*row); ++row) {
+    removed.push_back(store_.at(*row));
+    store_.remove(*row);
+  }
+  selectionChanged();
+  setStatus([removed, metadata = store_.metadata()] { return ReviewTexts::removed(removed, metadata); });
 }
 
 // ---- Saving
@@ -268,13 +327,22 @@ void CalibrationViewController::saveProfile() {
   attempt([this] {
     const CameraProfile profile =
         CandidateSelection::makeProfile(resultMetadata(), fromQt(profileName->text()), candidates(), accepted());
-    const std::filesystem::path file = ProfileStore::save(profile);
-    source_->guide->setProfilesExist(true);
-    Alert alert;
-    alert.text = [profile, file] { return CalibrationTexts::saved(profile, file); };
-    panels_.showAlert(*this, std::move(alert));
-    emit profileSaved();
+    if (const auto id = storedTwin(profile)) {
+      setStatus([name = profile.name] { return ReviewTexts::savedBefore(name); });
+      emit profileSaved(*id);
+    } else {
+      keepProfile(profile);
+    }
   });
+}
+
+void CalibrationViewController::keepProfile(const CameraProfile& profile) {
+  const std::filesystem::path file = ProfileStore::save(profile);
+  source_->guide->setProfilesExist(true);
+  Alert alert;
+  alert.text = [profile, file] { return CalibrationTexts::saved(profile, file); };
+  panels_.showAlert(*this, std::move(alert));
+  emit profileSaved(profile.id);
 }
 
 }  // namespace tessaly

@@ -79,7 +79,7 @@ class CalibrationViewController : public QWidget {
   QLineEdit* confidenceThreshold;
 
  signals:
-  void profileSaved();
+  void profileSaved(const UUID& id);
 
  private:
   void layOut();
@@ -92,15 +92,20 @@ class CalibrationViewController : public QWidget {
   [[nodiscard]] double currentConfidenceThreshold() const;
   [[nodiscard]] const DNGMetadata* resultMetadata() const { return result_ ? &result_->metadata : nullptr; }
   void add(CalibrationCandidate candidate);
+  void removeSelected();
   void candidateClicked(int row);
   void coordinateClicked(std::int64_t x, std::int64_t y);
   void guideMoved(std::int64_t x);
+  void guideRemoved();
   void selectionChanged();
 
+  void clearResult();
+  void showCamera();
   void setBusy(bool busy);
   void showProgress(const CalibrationProgress& report);
   void analyzed(CalibrationResult result);
   void inspected(const std::filesystem::path& file, const RawPreviewImage& preview);
+  void keepProfile(const CameraProfile& profile);
   void workFailed(const std::exception_ptr& failure, const std::string& subject);
   void requireResultForInspection() const;
 
@@ -119,8 +124,9 @@ class CalibrationViewController : public QWidget {
   CandidateStore store_;
   std::optional<std::filesystem::path> folderURL_;
   std::optional<CalibrationResult> result_;
-  TextSource status_;      ///< of the last event
-  TextSource completion_;  ///< of the result
+  TextSource status_;         ///< of the last event
+  TextSource completion_;     ///< of the result
+  TextSource pictureStatus_;  ///< what the status says of the picture that is shown
   bool isBusy_ = false;
 
   CalibrationSourcePanel* source_;

@@ -125,8 +125,11 @@ void CalibrationViewController::connectPreview() {
           [this](int row) { store_.setIncluded({row}, !store_.isIncluded(row)); });
   connect(previewView, &View::coordinateClicked, this, &Self::coordinateClicked);
   connect(previewView, &View::guideMoved, this, &Self::guideMoved);
+  connect(previewView, &View::guideRemoved, this, &Self::guideRemoved);
   connect(previewView, &View::stepRequested, table, &CandidateTable::step);
   connect(previewView, &View::toggleRequested, table, &CandidateTable::toggleSelected);
+  connect(previewView, &View::removeRequested, this, &Self::removeSelected);
+  connect(table, &CandidateTable::removeRequested, this, &Self::removeSelected);
 }
 
 void CalibrationViewController::addShortcuts() {

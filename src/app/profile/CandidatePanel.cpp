@@ -83,6 +83,11 @@ void CandidatePanel::connectControls() {
   connect(&store_, &CandidateStore::inclusionChanged, this, &CandidatePanel::showCount);
 }
 
+void CandidatePanel::select(int row) {
+  if (!order_->shows(row)) kindFilter->setCurrentIndex(0);
+  table->selectCandidate(row);
+}
+
 // All of the candidates, whatever the filter shows.
 void CandidatePanel::includeAll(bool included) {
   std::vector<int> rows(static_cast<std::size_t>(store_.count()));

@@ -24,6 +24,9 @@ class CandidatePanel : public QWidget, public FollowsLanguage {
 
   [[nodiscard]] const CandidateOrder& order() const { return *order_; }
 
+  /// Selects a candidate, if need be by showing all kinds again.
+  void select(int row);
+
   void refreshLanguage() override;
 
   /// Keeps the widths of the table's columns between launches.

@@ -132,6 +132,7 @@ void CandidateTable::keyPressEvent(QKeyEvent* event) {
   const bool plain = !(event->modifiers() & ~Qt::KeypadModifier);
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (plain && event->key() == Qt::Key_Space) return toggleSelected();
+  if (plain && event->key() == Qt::Key_Delete) return emit removeRequested();
   if (!plain || !isReturn) return QTableView::keyPressEvent(event);
   if (const auto row = currentCandidate()) emit centreRequested(*row);
 }

@@ -33,6 +33,7 @@ class CandidateTable : public QTableView {
  signals:
   void candidateSelectionChanged();
   void centreRequested(int row);
+  void removeRequested();
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;

@@ -33,6 +33,8 @@ CandidateTableModel::CandidateTableModel(CandidateStore& store, QObject* parent)
   connect(&store_, &CandidateStore::aboutToAppend, this,
           [this] { beginInsertRows({}, store_.count(), store_.count()); });
   connect(&store_, &CandidateStore::appended, this, [this] { endInsertRows(); });
+  connect(&store_, &CandidateStore::aboutToRemove, this, [this](int row) { beginRemoveRows({}, row, row); });
+  connect(&store_, &CandidateStore::removed, this, [this] { endRemoveRows(); });
   connect(&store_, &CandidateStore::inclusionChanged, this, [this] {
     if (store_.count() > 0) emit dataChanged(index(0, include), index(store_.count() - 1, include));
   });

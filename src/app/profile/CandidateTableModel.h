@@ -62,6 +62,7 @@ class CandidateOrder : public QSortFilterProxyModel {
 
   /// Shows one kind only; nothing: all of them.
   void setKind(std::optional<CandidateTexts::Kind> kind);
+  [[nodiscard]] bool shows(int row) const { return filterAcceptsRow(row, {}); }
 
  protected:
   [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex& parent) const override;

@@ -57,9 +57,18 @@ ManualAdditionsPanel::ManualAdditionsPanel(QWidget* parent)
 }
 
 void ManualAdditionsPanel::fill(const CandidateSelection::ManualFields& fields) {
-  manualX->setText(number(fields.x));
-  if (fields.y) manualY->setText(number(*fields.y));
+  setX(fields.x);
+  manualY->setText(fields.y ? number(*fields.y) : QString());
   if (fields.radius) spotRadius->setText(number(*fields.radius));
+}
+
+void ManualAdditionsPanel::setX(std::int64_t x) {
+  manualX->setText(number(x));
+}
+
+void ManualAdditionsPanel::clear() {
+  for (QLineEdit* field : {manualX, manualY, spotRadius})
+    field->clear();
 }
 
 std::string ManualAdditionsPanel::x() const {

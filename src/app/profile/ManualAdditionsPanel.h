@@ -21,7 +21,10 @@ class ManualAdditionsPanel : public QWidget {
   QPushButton* addColumnButton;
   QPushButton* addSpotButton;
 
+  /// Fills in a place; a row that it does not have is emptied, a radius that it does not have stays.
   void fill(const CandidateSelection::ManualFields& fields);
+  void setX(std::int64_t x);
+  void clear();
 
   [[nodiscard]] std::string x() const;
   [[nodiscard]] std::string y() const;

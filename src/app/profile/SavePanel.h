@@ -14,6 +14,7 @@ class SavePanel : public QWidget {
   explicit SavePanel(QWidget* parent = nullptr);
 
   QLineEdit* profileName;
+  LocalizedLabel* cameraLabel;  ///< whose profile it will be; there only while that is known
   QPushButton* saveButton;
 };
 

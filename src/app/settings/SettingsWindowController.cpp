@@ -89,6 +89,7 @@ void SettingsWindowController::rebuild() {
   area_->setWidget(layOut());
   showPreferences();
   connectControls();
+  showLock();
   fitToContent();
   area_->verticalScrollBar()->setValue(offset);
   if (wasShown) language->setFocus();
@@ -117,6 +118,21 @@ void SettingsWindowController::connectControls() {
   connect(importButton, &QPushButton::clicked, this, &Self::importProfile);
   connect(resetButton, &QPushButton::clicked, this, &Self::reset);
   connect(doneButton, &QPushButton::clicked, this, [this] { done(Accepted); });
+}
+
+void SettingsWindowController::setLocked(bool locked) {
+  isLocked_ = locked;
+  showLock();
+}
+
+// A control that is disabled would hand its focus to whatever comes next.
+void SettingsWindowController::showLock() {
+  if (isLocked_) doneButton->setFocus();
+  for (QWidget* control :
+       std::initializer_list<QWidget*>{language, appearance, workers, output, chooseOutputButton, collision, autoOpen,
+                                       saveLog, profiles, exportButton, importButton, resetButton})
+    control->setDisabled(isLocked_);
+  lockLabel->setStringValue(isLocked_ ? "Settings are unavailable during a batch repair." : "");
 }
 
 // ---- Edits

@@ -12,6 +12,8 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QPushButton>
+#include <filesystem>
+#include <optional>
 #include <vector>
 
 class QGridLayout;
@@ -34,8 +36,12 @@ class SettingsWindowController : public QDialog {
   /// Stores what every control says and tells the application.
   void changed();
 
+  /// Leaves nothing to be done but reading and closing, as long as a batch runs.
+  void setLocked(bool locked);
+
   void chooseOutput();
   void reset();
+  void setProfileAside();
   void importProfile();
   void exportProfile();
 
@@ -50,10 +56,13 @@ class SettingsWindowController : public QDialog {
   QCheckBox* autoOpen;
   QCheckBox* saveLog;
   QComboBox* profiles;
+  LocalizedLabel* profileFailure;  ///< with its button, there only while profiles cannot be loaded
+  QPushButton* setAsideButton;
   QPushButton* exportButton;
   QPushButton* importButton;
   QPushButton* resetButton;
   QPushButton* doneButton;
+  LocalizedLabel* lockLabel;  ///< why nothing can be changed
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -62,6 +71,7 @@ class SettingsWindowController : public QDialog {
  private:
   void makeControls();
   void showPreferences();
+  void showLock();
   void connectControls();
   [[nodiscard]] QWidget* layOut();
   void addLanguageSection(QGridLayout& grid);
@@ -72,6 +82,7 @@ class SettingsWindowController : public QDialog {
   void preferencesChanged();
   void showOutputPath();
   void reloadProfiles();
+  void showProfileFailure(const TextSource& failure);
   void importFrom(const std::filesystem::path& file);
   void tell(std::string english);
 
@@ -79,6 +90,8 @@ class SettingsWindowController : public QDialog {
   Panels& panels_;
   QScrollArea* area_;
   std::vector<CameraProfile> loaded_;
+  std::optional<std::filesystem::path> unreadable_;
+  bool isLocked_ = false;
   AppPreferences::Registration observation_;
 };
 

@@ -94,6 +94,7 @@ void SettingsWindowController::makeControls() {
   importButton = Controls::button("Import Profile…");
   resetButton = Controls::button("Reset Preferences…");
   doneButton = Controls::button("Done");
+  lockLabel = Controls::statusLabel();
   Controls::setMainAction(*doneButton, true);
 }
 
@@ -152,7 +153,7 @@ QWidget* SettingsWindowController::layOutButtons() {
   auto* row = new QWidget;
   auto* layout = Controls::onGrid<QHBoxLayout>(Metrics::grid);
   layout->addWidget(resetButton);
-  layout->addStretch(1);
+  layout->addWidget(lockLabel, 1);
   layout->addWidget(doneButton);
   row->setLayout(layout);
   return row;

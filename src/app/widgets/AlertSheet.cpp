@@ -60,11 +60,12 @@ QList<AlertSheet*> sheets(QWidget& window) {
 void AlertSheet::show(QWidget& window, Alert alert, Panels::ButtonHandler answered) {
   const bool isFirst = sheets(window).isEmpty();
   auto* sheet = new AlertSheet(window, std::move(alert), std::move(answered));
-  if (isFirst) sheet->open();
+  if (isFirst) sheet->setVisible(true);
 }
 
 AlertSheet::AlertSheet(QWidget& window, Alert alert, Panels::ButtonHandler answered)
     : QDialog(&window), alert_(std::move(alert)), answered_(std::move(answered)) {
+  setWindowModality(Qt::ApplicationModal);  // nothing else goes on until it is answered, whichever window it is over
   setWindowTitle(localized("Tessaly"));
   auto* line = new QHBoxLayout;
   line->setSpacing(Metrics::groupSpacing);
@@ -151,7 +152,7 @@ void AlertSheet::answer(std::size_t button) {
   const QList<AlertSheet*> waiting = sheets(*parentWidget());
   const qsizetype next = waiting.indexOf(this) + 1;
   const Panels::ButtonHandler answered = std::move(answered_);
-  if (next < waiting.size()) waiting[next]->open();
+  if (next < waiting.size()) waiting[next]->setVisible(true);
   setParent(nullptr);
   deleteLater();
   if (answered) answered(button);

@@ -89,12 +89,18 @@ void LocalizedLabel::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange && lines_ > 0) showText();
 }
 
-// Copying all of an elided text means the text, not what was left of it.
+void LocalizedLabel::copy() {
+  if (!hasSelectedText()) return;
+  const bool isAll = lines_ > 0 && selectedText().size() == text().size();
+  QApplication::clipboard()->setText(isAll ? full_ : selectedText());
+}
+
+void LocalizedLabel::selectAll() {
+  setSelection(0, static_cast<int>(text().size()));
+}
+
 void LocalizedLabel::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy) && lines_ > 0 && selectedText().size() == text().size()) {
-    QApplication::clipboard()->setText(full_);
-    return;
-  }
+  if (event->matches(QKeySequence::Copy)) return copy();
   QLabel::keyPressEvent(event);
 }
 

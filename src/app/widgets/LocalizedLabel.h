@@ -55,6 +55,11 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 
+ public slots:  // found by their names
+  /// Puts what is selected on the clipboard; all of an elided text means the text, not what was left of it.
+  void copy();
+  void selectAll();
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;

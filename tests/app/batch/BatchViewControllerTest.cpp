@@ -87,6 +87,31 @@ TEST_F(BatchTab, TellsOfProfilesThatCannotBeLoaded) {
   EXPECT_EQ(broken.profilePopUp->currentText(), "No Camera Profiles");
 }
 
+TEST_F(BatchTab, SetsAsideAProfileThatCannotBeRead) {
+  addPhotographs(1);
+  std::ofstream(ProfileStore::directory() / "broken.json") << "{";
+  tab = std::make_unique<BatchViewController>(panels);
+  tab->show();
+  ASSERT_TRUE(tab->setAsideButton->isVisible());
+  EXPECT_EQ(tab->profilePopUp->currentText(), "No Camera Profiles");
+  tab->setAsideButton->click();
+  EXPECT_FALSE(tab->setAsideButton->isVisible());
+  EXPECT_EQ(tab->profilePopUp->currentText(), "Body");
+  EXPECT_EQ(status(), "Choose an input folder.");
+  EXPECT_TRUE(fs::exists(ProfileStore::directory() / "broken.json.unreadable"));
+  EXPECT_TRUE(panels.alerts.empty());
+}
+
+TEST_F(BatchTab, OffersNothingToSetAsideWhereNoFileIsAtFault) {
+  makeTab(1);
+  EXPECT_FALSE(tab->setAsideButton->isVisible());
+  fs::remove_all(ProfileStore::directory());
+  std::ofstream(ProfileStore::directory()) << "a file where the folder belongs";
+  tab->reloadProfiles();
+  EXPECT_THAT(status(), StartsWith("Unable to load camera profiles: "));
+  EXPECT_FALSE(tab->setAsideButton->isVisible());
+}
+
 TEST_F(BatchTab, CountsTheCandidatesOfTheChosenFolder) {
   makeTab(2);
   EXPECT_EQ(tab->inputLabel->stringValue(), input.native());
@@ -249,6 +274,54 @@ TEST_F(BatchTab, KeepsTheSelectedProfileByItsIdentifier) {
   ProfileStore::remove(profile);
   QTest::keyClick(tab->reloadButton, Qt::Key_Space);
   EXPECT_EQ(tab->profilePopUp->currentText(), "Another body");
+}
+
+TEST_F(BatchTab, ChoosesTheProfileThatWasSavedAndSaysWhatIsNext) {
+  addPhotographs(2);
+  tab = std::make_unique<BatchViewController>(panels);
+  const CameraProfile saved = profileOf(photographs.path("p1.dng"), "A new body");
+  ProfileStore::save(saved);
+  tab->chooseProfile(saved.id);
+  EXPECT_EQ(tab->profilePopUp->currentText(), "A new body");
+  EXPECT_EQ(status(), "Choose an input folder.");
+  tab->setInput(input);
+  tab->startBatch();
+  finish();
+  tab->chooseProfile(profile.id);
+  EXPECT_EQ(tab->profilePopUp->currentText(), "Body");
+  EXPECT_TRUE(waitUntil([&] { return status() == "Found 2 DNG files in the input folder."; }));
+}
+
+TEST_F(BatchTab, ChoosesAProfileThatWasSavedDuringABatchWhenItHasEnded) {
+  makeTab(12);
+  tab->startBatch();
+  const CameraProfile saved = profileOf(photographs.path("p1.dng"), "A new body");
+  ProfileStore::save(saved);
+  tab->chooseProfile(saved.id);
+  EXPECT_EQ(tab->profilePopUp->currentText(), "Body");
+  finish();
+  EXPECT_EQ(tab->profilePopUp->currentText(), "A new body");
+  EXPECT_THAT(status(), HasSubstr("12"));
+}
+
+TEST_F(BatchTab, StartsItsBarAnewForAnotherFolder) {
+  makeTab();
+  tab->startBatch();
+  finish();
+  EXPECT_EQ(tab->progress->value(), tab->progress->maximum());
+  const TemporaryFolder another;
+  tab->setInput(another.path());
+  EXPECT_EQ(tab->progress->value(), 0);
+}
+
+TEST_F(BatchTab, SaysBeforehandThatNoOutputFolderIsChosen) {
+  makeTab();
+  AppPreferences::shared().setUseCustomOutput(true);
+  tab->preferencesChanged();
+  EXPECT_EQ(tab->outputLabel->stringValue(), "No custom output folder selected");
+  AppPreferences::shared().setUseCustomOutput(false);
+  tab->preferencesChanged();
+  EXPECT_EQ(tab->outputLabel->stringValue(), "Default: " + results().native());
 }
 
 TEST_F(BatchTab, LeavesEverythingAloneWhileABatchRuns) {

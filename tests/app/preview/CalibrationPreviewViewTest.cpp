@@ -81,6 +81,50 @@ TEST_F(Preview, ZoomsBetweenFitAndSixteenPixelsASample) {
   EXPECT_TRUE(view.navigation().isFit());
 }
 
+TEST_F(Preview, ZoomsByKeysAboutTheSelectedCandidateWhileItIsInView) {
+  const QPointF pixel(100.5, 200.5);
+  const auto place = [&] { return view.navigation().transform().toDevice(pixel); };
+  view.setSelection({1}, 1);
+  const QPointF before = place();
+  for (int press = 0; press < 3; ++press)
+    QTest::keyClick(&view, Qt::Key_Plus);
+  EXPECT_NEAR(place().x(), before.x(), 1.5);
+  EXPECT_NEAR(place().y(), before.y(), 1.5);
+  QTest::keyClick(&view, Qt::Key_Minus);
+  EXPECT_NEAR(place().x(), before.x(), 1.5);
+  drag({100, 100}, {790, 590});
+  drag({100, 100}, {790, 590});
+  ASSERT_LT(sampleAt({0, 0}).x(), 1);
+  for (int press = 0; press < 9; ++press)
+    QTest::keyClick(&view, Qt::Key_Right);
+  for (int press = 0; press < 9; ++press)
+    QTest::keyClick(&view, Qt::Key_Right);
+  const QPointF middle(view.viewport()->width() / 2.0, view.viewport()->height() / 2.0);
+  ASSERT_LT(place().x(), 0) << "out of view";
+  const QPointF there = sampleAt(middle);
+  QTest::keyClick(&view, Qt::Key_Plus);
+  EXPECT_NEAR(sampleAt(middle).x(), there.x(), 1);
+  EXPECT_NEAR(sampleAt(middle).y(), there.y(), 1);
+}
+
+TEST_F(Preview, ZoomsByKeysAboutTheMiddleWhenNothingIsSelected) {
+  const QPointF middle(view.viewport()->width() / 2.0, view.viewport()->height() / 2.0);
+  const QPointF before = sampleAt(middle);
+  QTest::keyClick(&view, Qt::Key_Plus);
+  EXPECT_NEAR(sampleAt(middle).x(), before.x(), 1);
+}
+
+TEST_F(Preview, TellsThatItsGuideWasRemoved) {
+  int removed = 0;
+  QObject::connect(&view, &CalibrationPreviewView::guideRemoved, [&] { ++removed; });
+  QTest::keyClick(&view, Qt::Key_Escape);
+  EXPECT_EQ(removed, 0);
+  view.setManualGuideX(20);
+  QTest::keyClick(&view, Qt::Key_Escape);
+  QTest::keyClick(&view, Qt::Key_Escape);
+  EXPECT_EQ(removed, 1);
+}
+
 TEST_F(Preview, PansByDraggingAndThenDoesNotClick) {
   wheel({400, 300}, 5);
   int clicks = 0;

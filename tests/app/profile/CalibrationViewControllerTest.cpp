@@ -1,5 +1,7 @@
 #include "app/profile/CalibrationViewController.h"
 #include "app/support/CalibrationTab.h"
+#include "app/widgets/LocalizeView.h"
+#include "presentation/CalibrationTexts.h"
 #include "profile/CameraProfileJSON.h"
 
 #include <gmock/gmock.h>
@@ -39,6 +41,33 @@ TEST_F(CalibrationTab, KeepsTheFolderWhenThePanelIsCancelled) {
   tab.chooseFolder();
   QCoreApplication::processEvents();
   EXPECT_EQ(tab.folderURL(), "/first");
+}
+
+TEST_F(CalibrationTab, ForgetsTheResultOfOneFolderWhenAnotherIsChosen) {
+  analyze();
+  EXPECT_EQ(camera(), CalibrationTexts::camera(tab.result()->metadata));
+  EXPECT_EQ(camera(), "Tessaly Test Camera, S1");
+  click(on(pixelX, pixelY));
+  type(*tab.spotRadius, "5");
+  click(on(230, 90));
+  const TemporaryFolder another;
+  tab.setFolder(another.path());
+  EXPECT_FALSE(tab.result().has_value());
+  EXPECT_TRUE(tab.candidates().empty());
+  EXPECT_EQ(tab.table->model()->rowCount(), 0);
+  EXPECT_FALSE(tab.previewView->hasPreview());
+  EXPECT_EQ(tab.previewView->manualGuideX(), std::nullopt);
+  for (const QLineEdit* field : {tab.manualX, tab.manualY, tab.spotRadius})
+    EXPECT_EQ(field->text(), "");
+  EXPECT_EQ(tab.progress->value(), 0);
+  EXPECT_EQ(camera(), "");
+  type(*tab.profileName, "Camera B");
+  button("Save Camera Profile").click();
+  EXPECT_EQ(panels.lastAlert(), "Run defect detection first.");
+  EXPECT_TRUE(ProfileStore::loadAll().empty());
+  tab.previewView->grab();
+  speak(AppLanguage::french);
+  localizeView(tab);
 }
 
 TEST_F(CalibrationTab, RefusesAFolderWithFewerThanThreeFiles) {
@@ -193,13 +222,16 @@ TEST_F(CalibrationTab, FillsThePixelFieldsByAClickOnItsMarker) {
 
 TEST_F(CalibrationTab, FillsTheColumnFieldByAClickOnItsMarker) {
   analyze();
+  click(on(pixelX, pixelY));
   click(on(columnX, 100));
   EXPECT_EQ(tab.manualX->text().toInt(), columnX);
+  EXPECT_EQ(tab.manualY->text(), "");
   EXPECT_EQ(status(), "Column X coordinate filled. Confirm it, then click Add Full Column.");
 }
 
 TEST_F(CalibrationTab, SetsTheGuideByAClickOnTheEmptyImage) {
   analyze();
+  const std::string complete = status();
   const QPoint place = on(230, 90);
   click(place);
   const auto guide = tab.previewView->manualGuideX();
@@ -213,6 +245,7 @@ TEST_F(CalibrationTab, SetsTheGuideByAClickOnTheEmptyImage) {
   EXPECT_EQ(tab.manualX->text().toStdString(), std::to_string(*guide + 1));
   QTest::keyClick(tab.previewView, Qt::Key_Escape);
   EXPECT_EQ(tab.previewView->manualGuideX(), std::nullopt);
+  EXPECT_EQ(status(), complete);
 }
 
 TEST_F(CalibrationTab, TogglesByADoubleClickOnAMarker) {
@@ -230,74 +263,6 @@ TEST_F(CalibrationTab, StepsThroughTheCandidatesByNAndP) {
   EXPECT_EQ(tab.table->currentIndex().row(), 1);
   QTest::keyClick(tab.previewView, Qt::Key_P);
   EXPECT_EQ(tab.table->currentIndex().row(), 0);
-}
-
-// ---- Additions by hand
-
-TEST_F(CalibrationTab, RefusesAdditionsWithoutAResult) {
-  for (const char* title : {"Add Pixel", "Add Full Column", "Add Fixed Spot", "Save Camera Profile"}) {
-    button(title).click();
-    EXPECT_EQ(panels.lastAlert(), "Run defect detection first.") << title;
-  }
-  EXPECT_EQ(panels.alerts.size(), 4U);
-}
-
-TEST_F(CalibrationTab, AddsAPixelInTheLastCornerAndNoneBeyond) {
-  analyze();
-  const std::size_t before = tab.candidates().size();
-  type(*tab.manualX, "399");
-  type(*tab.manualY, "219");
-  button("Add Pixel").click();
-  ASSERT_EQ(tab.candidates().size(), before + 1);
-  const CalibrationCandidate& added = tab.candidates().back();
-  EXPECT_EQ(added.x, 399 + 4);
-  EXPECT_EQ(added.yStart, 219 + 2);
-  EXPECT_EQ(added.reason, "Manually added by user");
-  EXPECT_TRUE(isAccepted(static_cast<int>(before)));
-  for (const auto& [x, y] : {std::pair{"400", "0"}, {"0", "220"}, {"-1", "0"}, {"1.0", "0"}, {"", ""}, {" 1", "1"}}) {
-    type(*tab.manualX, x);
-    type(*tab.manualY, y);
-    button("Add Pixel").click();
-    EXPECT_EQ(panels.lastAlert(), "Enter valid active-area X and Y coordinates.");
-  }
-  EXPECT_EQ(panels.alerts.size(), 6U);
-  EXPECT_EQ(tab.candidates().size(), before + 1);
-}
-
-TEST_F(CalibrationTab, AddsAFullColumn) {
-  analyze();
-  type(*tab.manualX, "+7");
-  button("Add Full Column").click();
-  const CalibrationCandidate& added = tab.candidates().back();
-  EXPECT_EQ(added.x, 7 + 4);
-  EXPECT_EQ(added.yStart, 2);
-  EXPECT_EQ(added.yEnd, 2 + height - 1);
-  type(*tab.manualX, "400");
-  button("Add Full Column").click();
-  EXPECT_EQ(panels.lastAlert(), "Enter a valid active-area X coordinate.");
-}
-
-TEST_F(CalibrationTab, AddsASpotThatTouchesTheEdgeAndNoneBeyond) {
-  analyze();
-  const auto add = [&](const char* x, const char* y, const char* radius) {
-    panels.alerts.clear();
-    type(*tab.manualX, x);
-    type(*tab.manualY, y);
-    type(*tab.spotRadius, radius);
-    button("Add Fixed Spot").click();
-    return panels.lastAlert();
-  };
-  const char* const refusal = "Enter valid active-area X and Y coordinates and a radius from 2 to 64.";
-  EXPECT_EQ(add("64", "80", "64"), "");
-  EXPECT_EQ(tab.candidates().back().reason, "User-confirmed fixed sensor spot");
-  EXPECT_EQ(add("63", "80", "64"), refusal);
-  EXPECT_EQ(add("100", "80", "65"), refusal);
-  EXPECT_EQ(add("100", "80", "1"), refusal);
-  EXPECT_EQ(add("100", "80", "2"), "");
-  EXPECT_EQ(add("397", "80", "2"), "");
-  EXPECT_EQ(add("398", "80", "2"), refusal);
-  EXPECT_EQ(add("100", "217", "2"), "");
-  EXPECT_EQ(add("100", "218", "2"), refusal);
 }
 
 // ---- Inspecting a photograph
@@ -371,6 +336,27 @@ TEST_F(CalibrationTab, SavesTheIncludedCandidatesAndSaysWhere) {
   EXPECT_THAT(panels.lastAlert(), StartsWith("Saved “My & <b>body</b>”: "));
   EXPECT_THAT(panels.lastAlert(),
               HasSubstr(" columns, and 0 fixed spots.\n\n" + ProfileStore::fileOf(profiles[0]).native()));
+}
+
+TEST_F(CalibrationTab, SavesTheSameUnderTheSameNameOnce) {
+  analyze();
+  std::vector<UUID> saved;
+  QObject::connect(&tab, &CalibrationViewController::profileSaved, [&](const UUID& id) { saved.push_back(id); });
+  button("Select All").click();
+  type(*tab.profileName, "Body");
+  for (int press = 0; press < 3; ++press)
+    QTest::keyClick(tab.profileName, Qt::Key_Return);
+  ASSERT_EQ(ProfileStore::loadAll().size(), 1U);
+  EXPECT_EQ(panels.alerts.size(), 1U);
+  EXPECT_EQ(status(), "This selection is saved already as “Body”.");
+  EXPECT_EQ(saved, std::vector<UUID>(3, ProfileStore::loadAll()[0].id));
+  tab.table->selectCandidate(0);
+  QTest::keyClick(tab.table, Qt::Key_Space);
+  button("Save Camera Profile").click();
+  EXPECT_EQ(ProfileStore::loadAll().size(), 2U);
+  type(*tab.profileName, "Another body");
+  button("Save Camera Profile").click();
+  EXPECT_EQ(ProfileStore::loadAll().size(), 3U);
 }
 
 TEST_F(CalibrationTab, ShowsAStoreThatCannotSave) {

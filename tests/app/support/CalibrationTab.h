@@ -55,6 +55,15 @@ class CalibrationTab : public AppTest {
 
   [[nodiscard]] std::string status() const { return tab.statusLabel->stringValue(); }
 
+  /// What stands beside the profile's name; empty when nothing does.
+  [[nodiscard]] std::string camera() const {
+    const QWidget& line = *tab.profileName->parentWidget();
+    std::string shown;
+    for (const LocalizedLabel* label : line.findChildren<LocalizedLabel*>())
+      if (label->isVisibleTo(&tab) && label->sourceText().empty()) shown = label->stringValue();
+    return shown;
+  }
+
   [[nodiscard]] QPushButton& button(const char* title) const {
     for (QPushButton* button : tab.findChildren<QPushButton*>())
       if (button->text() == QString::fromUtf8(title)) return *button;

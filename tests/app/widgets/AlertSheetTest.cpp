@@ -44,10 +44,16 @@ class AlertSheets : public AppTest {
   std::vector<std::size_t> answers;
 };
 
-TEST_F(AlertSheets, BlockTheirWindowAndNoOther) {
-  say("Profile exported.");
-  ASSERT_TRUE(visible());
-  EXPECT_EQ(visible()->windowModality(), Qt::WindowModal);
+TEST_F(AlertSheets, BlockEveryWindow) {
+  for (const char* text : {"Profile exported.", "Select a profile to export."})
+    say(text);
+  for (int alert = 0; alert < 2; ++alert) {
+    ASSERT_TRUE(visible());
+    EXPECT_EQ(visible()->windowModality(), Qt::ApplicationModal);
+    EXPECT_EQ(QApplication::activeModalWidget(), visible());
+    buttons()[0]->click();
+  }
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST_F(AlertSheets, TellWhichButtonWasPressed) {
