@@ -153,6 +153,12 @@ const std::vector<Entry>& table() {
      "此配置文件还会出现：它也位于 %@",
      "Ce profil reviendra : il se trouve aussi dans %@"},
 
+    {"Set Aside",
+     "移到一旁",
+     "Mettre de côté"},
+    {"Renames the unreadable file so that the other profiles load.",
+     "重命名无法读取的文件，使其他配置文件能够载入。",
+     "Renomme le fichier illisible pour que les autres profils se chargent."},
     // What the profile creation tab says of additions by hand and of saving again.
     {"Added: %@ (%@)",
      "已添加：%@（%@）",

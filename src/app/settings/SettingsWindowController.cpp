@@ -3,6 +3,7 @@
 #include "app/widgets/Controls.h"
 #include "app/widgets/LocalizeView.h"
 #include "app/widgets/QtText.h"
+#include "app/widgets/StoredProfiles.h"
 #include "app/widgets/Theme.h"
 #include "batch/OutputFolderAccess.h"
 #include "localization/Localization.h"
@@ -115,6 +116,7 @@ void SettingsWindowController::connectControls() {
     connect(box, &QCheckBox::toggled, this, &Self::changed);
   connect(chooseOutputButton, &QPushButton::clicked, this, &Self::chooseOutput);
   connect(exportButton, &QPushButton::clicked, this, &Self::exportProfile);
+  connect(setAsideButton, &QPushButton::clicked, this, &Self::setProfileAside);
   connect(importButton, &QPushButton::clicked, this, &Self::importProfile);
   connect(resetButton, &QPushButton::clicked, this, &Self::reset);
   connect(doneButton, &QPushButton::clicked, this, [this] { done(Accepted); });
@@ -130,7 +132,7 @@ void SettingsWindowController::showLock() {
   if (isLocked_) doneButton->setFocus();
   for (QWidget* control :
        std::initializer_list<QWidget*>{language, appearance, workers, output, chooseOutputButton, collision, autoOpen,
-                                       saveLog, profiles, exportButton, importButton, resetButton})
+                                       saveLog, profiles, exportButton, importButton, setAsideButton, resetButton})
     control->setDisabled(isLocked_);
   lockLabel->setStringValue(isLocked_ ? "Settings are unavailable during a batch repair." : "");
 }
@@ -203,22 +205,39 @@ void SettingsWindowController::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) reloadProfiles();
 }
 
-// Why profiles cannot be loaded is the batch tab's to tell.
 void SettingsWindowController::reloadProfiles() {
   const int index = profiles->currentIndex();
   const auto id = index >= 0 && index < std::ssize(loaded_) ? std::optional(loaded_[static_cast<std::size_t>(index)].id)
                                                             : std::nullopt;
-  try {
-    loaded_ = ProfileStore::loadAll();
-  } catch (const std::exception&) {
-    loaded_.clear();
-  }
+  StoredProfiles stored = StoredProfiles::load();
+  loaded_ = std::move(stored.profiles);
+  unreadable_ = stored.unreadable;
+  showProfileFailure(stored.failure);
   profiles->clear();
   for (const CameraProfile& profile : loaded_)
     profiles->addItem(toQt(profile.name));
   if (loaded_.empty()) profiles->addItem(localized("No Camera Profiles"));
   const auto same = std::ranges::find_if(loaded_, [&](const CameraProfile& profile) { return profile.id == id; });
   profiles->setCurrentIndex(same == loaded_.end() ? 0 : static_cast<int>(same - loaded_.begin()));
+}
+
+// The window grows and shrinks with the line.
+void SettingsWindowController::showProfileFailure(const TextSource& failure) {
+  const bool changes = profileFailure->isHidden() != !failure;
+  profileFailure->setVisible(failure != nullptr);
+  setAsideButton->setVisible(unreadable_.has_value());
+  if (failure) profileFailure->setComposed(failure);
+  if (changes && isVisible()) fitToContent();
+}
+
+void SettingsWindowController::setProfileAside() {
+  if (!unreadable_) return;
+  try {
+    ProfileStore::setAside(*unreadable_);
+  } catch (const std::exception&) {
+    panels_.showAlert(*this, failureAlert(std::current_exception(), displayText(unreadable_->native())));
+  }
+  prefs_.notify();
 }
 
 void SettingsWindowController::importProfile() {

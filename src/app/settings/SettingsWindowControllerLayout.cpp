@@ -90,6 +90,8 @@ void SettingsWindowController::makeControls() {
   profiles->setObjectName(QLatin1String(userProfilesIdentifier));
   profiles->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   profiles->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  profileFailure = Controls::statusLabel();
+  setAsideButton = Controls::button("Set Aside", "Renames the unreadable file so that the other profiles load.");
   exportButton = Controls::button("Export Profile…");
   importButton = Controls::button("Import Profile…");
   resetButton = Controls::button("Reset Preferences…");
@@ -145,6 +147,7 @@ void SettingsWindowController::addProfileSection(QGridLayout& grid) {
   Rows rows(grid);
   rows.section("Camera Profiles");
   rows.wide(*profiles);
+  rows.wide(*line({profileFailure, setAsideButton}));
   rows.wide(*line({exportButton, importButton}));
   rows.note("Back up profiles or move them to another Mac. Imported copies keep their camera identity.");
 }
