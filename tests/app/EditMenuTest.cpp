@@ -114,7 +114,7 @@ TEST_P(Editing, CopiesTheWholeOfALabelThatHasNoRoomForIt) {
 }
 
 TEST_P(Editing, LeavesEverythingElseAlone) {
-  const auto buttonOf = [](QWidget& tab) { return tab.findChild<QPushButton*>(); };
+  const auto buttonOf = [](const QWidget& view) { return view.findChild<QPushButton*>(); };
   for (QWidget* widget : std::initializer_list<QWidget*>{
            window().calibration().previewView, window().calibration().analyzeButton, window().calibration().zoomSlider,
            buttonOf(window().calibration()), window().calibration().findChild<QComboBox*>(),

@@ -34,6 +34,7 @@ class CandidateTable;
 class ManualAdditionsPanel;
 class PreviewPanel;
 class SavePanel;
+struct CameraProfile;
 
 class CalibrationViewController : public QWidget {
   Q_OBJECT

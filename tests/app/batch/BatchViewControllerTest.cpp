@@ -112,31 +112,6 @@ TEST_F(BatchTab, OffersNothingToSetAsideWhereNoFileIsAtFault) {
   EXPECT_FALSE(tab->setAsideButton->isVisible());
 }
 
-TEST_F(BatchTab, SetsAsideAProfileThatCannotBeRead) {
-  addPhotographs(1);
-  std::ofstream(ProfileStore::directory() / "broken.json") << "{";
-  tab = std::make_unique<BatchViewController>(panels);
-  tab->show();
-  ASSERT_TRUE(tab->setAsideButton->isVisible());
-  EXPECT_EQ(tab->profilePopUp->currentText(), "No Camera Profiles");
-  tab->setAsideButton->click();
-  EXPECT_FALSE(tab->setAsideButton->isVisible());
-  EXPECT_EQ(tab->profilePopUp->currentText(), "Body");
-  EXPECT_EQ(status(), "Choose an input folder.");
-  EXPECT_TRUE(fs::exists(ProfileStore::directory() / "broken.json.unreadable"));
-  EXPECT_TRUE(panels.alerts.empty());
-}
-
-TEST_F(BatchTab, OffersNothingToSetAsideWhereNoFileIsAtFault) {
-  makeTab(1);
-  EXPECT_FALSE(tab->setAsideButton->isVisible());
-  fs::remove_all(ProfileStore::directory());
-  std::ofstream(ProfileStore::directory()) << "a file where the folder belongs";
-  tab->reloadProfiles();
-  EXPECT_THAT(status(), StartsWith("Unable to load camera profiles: "));
-  EXPECT_FALSE(tab->setAsideButton->isVisible());
-}
-
 TEST_F(BatchTab, CountsTheCandidatesOfTheChosenFolder) {
   makeTab(2);
   EXPECT_EQ(tab->inputLabel->stringValue(), input.native());
