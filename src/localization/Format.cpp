@@ -1,6 +1,7 @@
 #include "localization/Format.h"
 
 #include "localization/Localization.h"
+#include "localization/Shown.h"
 
 #include <algorithm>
 #include <cassert>
@@ -76,7 +77,10 @@ std::optional<std::vector<std::string>> matchFormat(std::string_view format, std
 }
 
 std::string fillFormat(std::string_view format, const std::vector<std::string>& values) {
-  const FormatParts parts = formatParts(format);
+  return fillFormat(formatParts(format), values);
+}
+
+std::string fillFormat(const FormatParts& parts, const std::vector<std::string>& values) {
   assert(values.size() == parts.placeholders.size());
   std::string text = parts.literals.front();
   for (std::size_t i = 0; i < parts.placeholders.size(); ++i) {
@@ -86,24 +90,31 @@ std::string fillFormat(std::string_view format, const std::vector<std::string>& 
   return text;
 }
 
-std::string format(std::string_view format, std::initializer_list<FormatArgument> arguments) {
+std::vector<std::string> valuesOf(std::initializer_list<FormatArgument> arguments) {
   std::vector<std::string> values;
   for (const FormatArgument& argument : arguments) {
     const auto* number = std::get_if<std::int64_t>(&argument);
     values.push_back(number ? decimal(*number) : std::get<std::string>(argument));
   }
-  return fillFormat(format, values);
+  return values;
+}
+
+std::string format(std::string_view format, std::initializer_list<FormatArgument> arguments) {
+  return fillFormat(format, valuesOf(arguments));
 }
 
 std::string composedText(std::string_view english, std::optional<AppLanguage> language) {
-  if (findEntry([english](const Entry& entry) { return entry.english() == english; })) return text(english, language);
+  if (findEntry([english](const Entry& entry) { return entry.english() == english; }))
+    return ShownWording::isOn() ? shownText(english, language) : text(english, language);
   std::optional<std::vector<std::string>> values;
   const Entry* composed = findEntry([&](const Entry& entry) {
     if (entry.english().find('%') != std::string_view::npos) values = matchFormat(entry.english(), english);
     return values.has_value();
   });
-  if (composed) return fillFormat(text(composed->english(), language), *values);
-  return std::string(english);
+  if (!composed) return std::string(english);
+  if (!ShownWording::isOn()) return fillFormat(text(composed->english(), language), *values);
+  const AppLanguage tongue = language ? resolved(*language) : Localization::language();
+  return fillShown(shownText(composed->english(), tongue), *values, tongue);
 }
 
 }  // namespace tessaly::Localization

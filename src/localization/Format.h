@@ -3,6 +3,9 @@
 // Stateless. A format is taken apart once, so that nothing that is put into it is ever read as a format again.
 #pragma once
 
+#include "localization/Localization.h"
+
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,5 +26,9 @@ struct FormatParts {
 
 /// The text with `values`, one a placeholder, in their places.
 [[nodiscard]] std::string fillFormat(std::string_view format, const std::vector<std::string>& values);
+[[nodiscard]] std::string fillFormat(const FormatParts& parts, const std::vector<std::string>& values);
+
+/// The arguments as they are put in.
+[[nodiscard]] std::vector<std::string> valuesOf(std::initializer_list<FormatArgument> arguments);
 
 }  // namespace tessaly::Localization

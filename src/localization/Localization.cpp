@@ -3,6 +3,7 @@
 #include "localization/DestinationMessages.h"
 #include "localization/Format.h"
 #include "localization/RejectionMessages.h"
+#include "localization/Shown.h"
 #include "platform/Text.h"
 #include "preferences/AppPreferences.h"
 
@@ -26,12 +27,16 @@ const Entry* entryOfEnglish(std::string_view english) {
   return findEntry([english](const Entry& entry) { return entry.english() == english; });
 }
 
-constexpr Entry helpLine{
+constexpr Entry helpFormat{
     "For help, email %@ with your camera model and we'll look at adding support.",
     "如需帮助，请发送邮件至 %@，注明相机型号，我们会评估添加支持。",
     "Pour obtenir de l’aide, écrivez à %@ avec le modèle de votre appareil ; nous étudierons sa prise en charge."};
 
 }  // namespace
+
+std::string helpLine(AppLanguage language) {
+  return format(helpFormat.in(language), {std::string(supportEmail)});
+}
 
 const Entry* findEntry(const std::function<bool(const Entry&)>& fits) {
   for (const auto table : {entries(), additions()}) {
@@ -65,17 +70,18 @@ std::string rejectionMessage(RejectionReason reason, std::string_view filename, 
   const AppLanguage tongue = shown(language);
   std::string message(filename);
   message.append(": ").append(rejectionMessages(reason).in(tongue)).append(" ");
-  return message + format(helpLine.in(tongue), {std::string(supportEmail)});
+  return message + helpLine(tongue);
 }
 
 }  // namespace Localization
 
 std::string L(std::string_view english) {
-  return Localization::text(english);
+  return Localization::ShownWording::isOn() ? Localization::shownText(english) : Localization::text(english);
 }
 
 std::string LF(std::string_view english, std::initializer_list<Localization::FormatArgument> arguments) {
-  return Localization::format(L(english), arguments);
+  if (!Localization::ShownWording::isOn()) return Localization::format(L(english), arguments);
+  return Localization::fillShown(L(english), Localization::valuesOf(arguments), Localization::language());
 }
 
 std::string errorDescription(const std::exception& error, std::optional<AppLanguage> language) {

@@ -62,6 +62,9 @@ void setLanguageOverride(std::optional<AppLanguage> language);
 [[nodiscard]] std::string rejectionMessage(RejectionReason reason, std::string_view filename,
                                            std::optional<AppLanguage> language = std::nullopt);
 
+/// What every rejection message ends with: where to ask for help.
+[[nodiscard]] std::string helpLine(AppLanguage language);
+
 using FormatArgument = std::variant<std::int64_t, std::string>;
 
 /// Puts the arguments into %d, %@ and %% of an already translated format, in one pass: an argument is never expanded.

@@ -178,6 +178,11 @@ const std::vector<Entry>& table() {
     {"This selection is saved already as “%@”.",
      "此选择已保存为“%@”。",
      "Cette sélection est déjà enregistrée sous « %@ »."},
+
+    // The alert at the end of a batch.
+    {"%d succeeded, %d failed, %d skipped", "成功 %d，失败 %d，跳过 %d", "%d réussis, %d échecs, %d ignorés"},
+    {"%d files: %@", "%d 个文件：%@", "%d fichiers : %@"},
+    {"Log: %@", "日志：%@", "Journal : %@"},
   };
   return rows;
 }

@@ -52,9 +52,11 @@ std::string saved(const CameraProfile& profile, const std::filesystem::path& fil
   constexpr const char* english = "Saved “%@”: %d pixels, %d columns, and %d fixed spots.\n\n%@";
   constexpr const char* key = "Saved “%@”: %d pixels, %d columns, %d fixed spots.\n\n%@";
   const std::size_t spots = profile.spots ? profile.spots->size() : 0;
-  return Localization::format(Localization::language() == AppLanguage::english ? english : L(key),
-                              {profile.name, count(profile.pixels.size()), count(profile.lines.size()), count(spots),
-                               displayText(file.native())});
+  const std::initializer_list<Localization::FormatArgument> arguments = {profile.name, count(profile.pixels.size()),
+                                                                         count(profile.lines.size()), count(spots),
+                                                                         displayText(file.native())};
+  return Localization::language() == AppLanguage::english ? Localization::format(english, arguments)
+                                                          : LF(key, arguments);
 }
 
 std::string camera(const DNGMetadata& metadata) {

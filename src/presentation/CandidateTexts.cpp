@@ -1,7 +1,7 @@
 #include "presentation/CandidateTexts.h"
 
 #include "calibration/review/PartialColumn.h"
-#include "localization/Localization.h"
+#include "localization/Shown.h"
 
 #include <fmt/format.h>
 
@@ -42,7 +42,7 @@ std::string_view name(Kind kind) {
 }
 
 std::string kind(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
-  return L(name(kindOf(candidate, metadata)));
+  return Localization::shownText(name(kindOf(candidate, metadata)));
 }
 
 std::string position(const CalibrationCandidate& candidate, const DNGMetadata& metadata) {
@@ -67,6 +67,7 @@ std::string confidence(const CalibrationCandidate& candidate) {
 }
 
 std::string reason(const CalibrationCandidate& candidate) {
+  const Localization::ShownWording shown;
   return Localization::composedText(candidate.reason);
 }
 

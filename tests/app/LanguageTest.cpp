@@ -2,7 +2,7 @@
 #include "app/AppDelegate.h"
 #include "app/support/CalibrationTab.h"
 #include "app/widgets/LocalizeView.h"
-#include "localization/Localization.h"
+#include "localization/Shown.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -52,7 +52,7 @@ class Language : public AppTest {
     const std::set<std::string> own{"English", "简体中文", "Français"};
     std::set<std::string> result;
     for (const std::string& text : shown)
-      if (!own.contains(text) && Localization::text(Localization::original(text), language) != text)
+      if (!own.contains(text) && Localization::shownText(Localization::shownOriginal(text), language) != text)
         result.insert(text);
     return result;
   }

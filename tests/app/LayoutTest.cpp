@@ -1,7 +1,9 @@
 // Nothing is cut off: not at the smallest size, in any language, nor with a font of twice the size.
 #include "app/AppDelegate.h"
+#include "app/profile/CandidateTable.h"
 #include "app/support/AppTest.h"
 #include "app/support/FontSize.h"
+#include "app/widgets/QtText.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -71,6 +73,68 @@ TEST_P(Layout, CutsNothingOffAtTheSmallestSize) {
       EXPECT_EQ(misplaced(window), std::vector<std::string>()) << rawValue(language) << tab;
     }
     EXPECT_EQ(cutOff(*delegate.settingsController), std::vector<std::string>()) << rawValue(language);
+  }
+}
+
+/// Whether all of the widget is inside the window's client area.
+bool isInView(const QWidget& widget) {
+  const QRect place(widget.mapTo(widget.window(), QPoint()), widget.size());
+  return widget.isVisible() && widget.window()->rect().contains(place) &&
+         widget.visibleRegion().boundingRect() == widget.rect();
+}
+
+/// What a screen of 1280 × 720 leaves to a window with its frame; the same as 1920 × 1080 at 150 %.
+constexpr QSize smallScreen(1280, 660);
+
+TEST_P(Layout, KeepsTheMainActionsInViewOnASmallScreen) {
+  AppDelegate delegate(panels);
+  delegate.applicationDidFinishLaunching();
+  delegate.showSettings();
+  MainWindowController& window = *delegate.windowController;
+  window.setMinimumSize(0, 0);
+  for (const AppLanguage language : {AppLanguage::english, AppLanguage::chinese, AppLanguage::french}) {
+    delegate.settingsController->language->setCurrentIndex(static_cast<int>(language));
+    window.resize(smallScreen);
+    window.tabs().setCurrentIndex(0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), smallScreen);
+    for (const QWidget* control : QList<QWidget*>{window.calibration().analyzeButton, window.calibration().progress,
+                                                  window.calibration().profileName, window.calibration().statusLabel})
+      EXPECT_TRUE(isInView(*control)) << rawValue(language) << control->accessibleName().toStdString();
+    for (const QPushButton* button : window.calibration().findChildren<QPushButton*>()) {
+      if (button->text() != localized("Save Camera Profile")) continue;
+      EXPECT_TRUE(isInView(*button)) << rawValue(language);
+    }
+    window.tabs().setCurrentIndex(1);
+    QCoreApplication::processEvents();
+    for (const QWidget* control : QList<QWidget*>{window.batch().startButton, window.batch().stopButton,
+                                                  window.batch().openButton, window.batch().statusLabel})
+      EXPECT_TRUE(isInView(*control)) << rawValue(language) << control->accessibleName().toStdString();
+    for (const QWidget* control :
+         QList<QWidget*>{delegate.settingsController->doneButton, delegate.settingsController->resetButton})
+      EXPECT_TRUE(isInView(*control)) << rawValue(language);
+  }
+}
+
+/// The widths of labels and table columns that elide: room for ten characters at least.
+TEST_P(Layout, LeavesTenCharactersOfWhatElides) {
+  constexpr int fewest = 10;
+  AppDelegate delegate(panels);
+  delegate.applicationDidFinishLaunching();
+  MainWindowController& window = *delegate.windowController;
+  for (const AppLanguage language : {AppLanguage::english, AppLanguage::chinese, AppLanguage::french}) {
+    speak(language);
+    window.resize(window.minimumSize());
+    for (int tab = 0; tab < 2; ++tab) {
+      window.tabs().setCurrentIndex(tab);
+      QCoreApplication::processEvents();
+      for (const LocalizedLabel* label : window.findChildren<LocalizedLabel*>()) {
+        if (!label->isVisible() || !label->keepsToolTip()) continue;
+        EXPECT_GE(label->width(), label->fontMetrics().averageCharWidth() * fewest) << label->stringValue();
+      }
+    }
+    const CandidateTable& table = *window.calibration().table;
+    EXPECT_GE(table.columnWidth(CandidateTableModel::reason), table.fontMetrics().averageCharWidth() * fewest);
   }
 }
 

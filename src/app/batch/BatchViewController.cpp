@@ -7,6 +7,7 @@
 #include "localization/Localization.h"
 #include "platform/Text.h"
 #include "preferences/AppPreferences.h"
+#include "presentation/AlertPage.h"
 #include "presentation/BatchStart.h"
 #include "presentation/BatchTexts.h"
 #include "presentation/FailureText.h"
@@ -273,8 +274,12 @@ void BatchViewController::finished(const BatchSummary& summary) {
   Alert alert;
   alert.style = BatchTexts::isWarning(summary) ? Alert::Style::warning : Alert::Style::informational;
   alert.text = [summary] { return BatchTexts::alertText(summary); };
-  panels_.showAlert(*this, std::move(alert));
-  if (openAfterCompletion_ && summary.succeeded > 0) static_cast<void>(panels_.openFolder(*resultsURL_));
+  alert.page = [summary] { return batchEndPage(summary); };
+  // Not before it is read: the file browser would come up over it.
+  panels_.showAlert(*this, std::move(alert),
+                    [this, folder = *resultsURL_, opens = openAfterCompletion_ && summary.succeeded > 0](std::size_t) {
+                      if (opens) static_cast<void>(panels_.openFolder(folder));
+                    });
 }
 
 void BatchViewController::openOutputFolder() {

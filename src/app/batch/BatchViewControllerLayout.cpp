@@ -29,7 +29,7 @@ QWidget* row(std::initializer_list<QWidget*> widgets, QWidget* stretched) {
 
 BatchViewController::BatchViewController(Panels& panels, QWidget* parent)
     : QWidget(parent),
-      profilePopUp(Controls::popUp("Camera Profile")),
+      profilePopUp(Controls::namesPopUp("Camera Profile")),
       reloadButton(Controls::button("Reload Profiles")),
       inputButton(Controls::folderButton("Source Folder…")),
       inputLabel(Controls::pathLabel()),
@@ -48,7 +48,6 @@ BatchViewController::BatchViewController(Panels& panels, QWidget* parent)
       folderControls_{profilePopUp,        reloadButton, inputButton,   outputButton,
                       defaultOutputButton, workersPopUp, setAsideButton},
       count_(*this) {
-  profilePopUp->setObjectName(QLatin1String(userProfilesIdentifier));
   profilePopUp->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   profilePopUp->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   inputLabel->setStringValue("Not selected");

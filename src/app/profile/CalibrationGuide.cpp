@@ -42,7 +42,7 @@ CalibrationGuide::CalibrationGuide(QWidget* parent) : QWidget(parent), disclosur
     label->setWordWrap(true);
     column->addWidget(label);
   }
-  setProfilesExist(true);
+  hide();  // until its place in a window is known
 }
 
 void CalibrationGuide::setProfilesExist(bool exist) {

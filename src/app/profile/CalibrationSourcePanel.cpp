@@ -40,7 +40,6 @@ void CalibrationSourcePanel::layOut() {
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(Metrics::grid);
   column->addLayout(source);
-  column->addWidget(guide);
   column->addLayout(analysis);
   column->addWidget(statusLabel);
 }

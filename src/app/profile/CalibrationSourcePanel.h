@@ -1,4 +1,5 @@
-// The top of the profile creation tab: which folder, the analysis and what it says, and the guide.
+// The top of the profile creation tab: which folder, the analysis and what it says; and the guide, which stands below
+// it.
 #pragma once
 
 #include "app/profile/CalibrationGuide.h"

@@ -14,6 +14,7 @@
 #include "store/ProfileStore.h"
 
 #include <QBoxLayout>
+#include <QScrollArea>
 #include <QSplitter>
 #include <system_error>
 
@@ -63,9 +64,9 @@ CalibrationViewController::CalibrationViewController(Panels& panels, QWidget* pa
   manualY = manual_->manualY;
   spotRadius = manual_->spotRadius;
   profileName = save_->profileName;
-  source_->guide->setProfilesExist(haveProfiles());
   setStatus([] { return L("Choose a calibration folder, then click Find Sensor Defects."); });
   layOut();
+  source_->guide->setProfilesExist(haveProfiles());
   connectControls();
   connectPreview();
   addShortcuts();
@@ -93,12 +94,25 @@ void CalibrationViewController::layOut() {
   const QByteArray stored = WindowState::value(splitterKey).toByteArray();
   if (!stored.isEmpty()) splitter_->restoreState(stored);
 
+  // Where the window is too small for all of it, this part scrolls: what starts, stops and saves stays in view.
+  auto* review = new QWidget;
+  auto* parts = new QVBoxLayout(review);
+  parts->setContentsMargins(0, 0, 0, 0);
+  parts->setSpacing(Metrics::groupSpacing);
+  parts->addWidget(source_->guide);
+  parts->addWidget(splitter_, 1);
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidget(review);
+
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(Metrics::windowMargin, Metrics::windowMargin, Metrics::windowMargin,
                              Metrics::windowMargin);
   column->setSpacing(Metrics::groupSpacing);
   column->addWidget(source_);
-  column->addWidget(splitter_, 1);
+  column->addWidget(area, 1);
   column->addWidget(save_);
 }
 

@@ -35,11 +35,26 @@ void CandidateTable::setUpHeader() {
   header.setSortIndicatorClearable(true);  // the third click
   header.setSortIndicator(-1, Qt::AscendingOrder);
   header.setMinimumSectionSize(Metrics::targetHeight);
-  header.setDefaultSectionSize(Metrics::targetHeight);  // the last one grows from here
-  header.setStretchLastSection(true);
+  connect(&header, &QHeaderView::sectionResized, this, [this](int column) {
+    if (column != CandidateTableModel::reason) fitReason();
+  });
   header.setHighlightSections(false);
   header.setSectionsMovable(false);
   verticalHeader()->hide();
+}
+
+// The reason takes what the other columns leave, but never less than it can be told by; then the table scrolls.
+void CandidateTable::fitReason() {
+  constexpr int fewestCharacters = 24;
+  const QHeaderView& header = *horizontalHeader();
+  const int others = header.sectionPosition(CandidateTableModel::reason);
+  const int least = fontMetrics().averageCharWidth() * fewestCharacters;
+  setColumnWidth(CandidateTableModel::reason, std::max(viewport()->width() - others, least));
+}
+
+void CandidateTable::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  fitReason();
 }
 
 // All rows are alike; without this a table of thousands would measure each.
@@ -53,7 +68,9 @@ void CandidateTable::setRowHeight() {
 
 void CandidateTable::changeEvent(QEvent* event) {
   QTableView::changeEvent(event);
-  if (event->type() == QEvent::FontChange) setRowHeight();
+  if (event->type() != QEvent::FontChange) return;
+  setRowHeight();
+  fitReason();
 }
 
 int CandidateTable::candidateAt(const QModelIndex& index) const {

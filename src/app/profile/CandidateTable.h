@@ -36,6 +36,7 @@ class CandidateTable : public QTableView {
   void removeRequested();
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -47,6 +48,7 @@ class CandidateTable : public QTableView {
   void toggleFrom(const QModelIndex& index);
   void setRowHeight();
   void setUpHeader();
+  void fitReason();
 
   CandidateStore& store_;
   CandidateOrder& order_;

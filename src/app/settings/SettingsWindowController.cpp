@@ -10,6 +10,7 @@
 #include "platform/Text.h"
 #include "store/ProfileStore.h"
 
+#include <QBoxLayout>
 #include <QEvent>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -68,6 +69,9 @@ SettingsWindowController::SettingsWindowController(Panels& panels, QWidget& main
   area_->setWidgetResizable(true);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area_->setFocusPolicy(Qt::NoFocus);
+  auto* column = Controls::onGrid<QVBoxLayout>(0);
+  column->addWidget(area_);
+  setLayout(column);
   Controls::addShortcut(*this, Qt::CTRL | Qt::Key_W, [this] { done(Accepted); });
   rebuild();
   observation_ = prefs_.observe([this] { preferencesChanged(); });
@@ -86,8 +90,10 @@ void SettingsWindowController::rebuild() {
   const bool wasShown = isVisible();
   setWindowTitle(localized("Settings"));
   if (QWidget* old = area_->takeWidget()) old->deleteLater();
+  delete std::exchange(footer_, nullptr);
   makeControls();
   area_->setWidget(layOut());
+  layout()->addWidget(footer_ = layOutButtons());
   showPreferences();
   connectControls();
   showLock();

@@ -89,6 +89,7 @@ class SettingsWindowController : public QDialog {
   AppPreferences& prefs_ = AppPreferences::shared();
   Panels& panels_;
   QScrollArea* area_;
+  QWidget* footer_ = nullptr;  ///< the buttons below it
   std::vector<CameraProfile> loaded_;
   std::optional<std::filesystem::path> unreadable_;
   bool isLocked_ = false;

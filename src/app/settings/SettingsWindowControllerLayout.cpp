@@ -1,7 +1,6 @@
 // How the settings window is put together: three sections on one grid, so that all controls line up.
 #include "app/settings/SettingsWindowController.h"
 #include "app/widgets/Controls.h"
-#include "app/widgets/LocalizeView.h"
 #include "app/widgets/Metrics.h"
 #include "app/widgets/QtText.h"
 
@@ -86,10 +85,7 @@ void SettingsWindowController::makeControls() {
   collision = Controls::popUp("Existing output files", {"Skip existing files", "Create numbered copies"});
   autoOpen = checkBox("Open output folder when finished");
   saveLog = checkBox("Save a CSV repair log");
-  profiles = Controls::popUp("Camera Profiles");
-  profiles->setObjectName(QLatin1String(userProfilesIdentifier));
-  profiles->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  profiles->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  profiles = Controls::namesPopUp("Camera Profiles");
   profileFailure = Controls::statusLabel();
   setAsideButton = Controls::button("Set Aside", "Renames the unreadable file so that the other profiles load.");
   exportButton = Controls::button("Export Profile…");
@@ -114,8 +110,6 @@ QWidget* SettingsWindowController::layOut() {
   column->setSpacing(Metrics::groupSpacing);
   column->addLayout(grid);
   column->addStretch(1);
-  column->addWidget(Controls::separator());
-  column->addWidget(layOutButtons());
   return content;
 }
 
@@ -152,31 +146,34 @@ void SettingsWindowController::addProfileSection(QGridLayout& grid) {
   rows.note("Back up profiles or move them to another Mac. Imported copies keep their camera identity.");
 }
 
+// Below what scrolls: always in view.
 QWidget* SettingsWindowController::layOutButtons() {
-  auto* row = new QWidget;
-  auto* layout = Controls::onGrid<QHBoxLayout>(Metrics::grid);
-  layout->addWidget(resetButton);
-  layout->addWidget(lockLabel, 1);
-  layout->addWidget(doneButton);
-  row->setLayout(layout);
-  return row;
+  auto* buttons = Controls::onGrid<QHBoxLayout>(Metrics::grid);
+  buttons->setContentsMargins(Metrics::windowMargin, 0, Metrics::windowMargin, 0);
+  buttons->addWidget(resetButton);
+  buttons->addWidget(lockLabel, 1);
+  buttons->addWidget(doneButton);
+  auto* footer = new QWidget;
+  auto* column = new QVBoxLayout(footer);
+  column->setContentsMargins(0, 0, 0, Metrics::windowMargin);
+  column->setSpacing(Metrics::groupSpacing);
+  column->addWidget(Controls::separator());
+  column->addLayout(buttons);
+  return footer;
 }
 
 // The width is fixed, the height that of the content, as far as the screen goes; beyond that it scrolls.
 void SettingsWindowController::fitToContent() {
-  if (!layout()) {
-    auto* column = Controls::onGrid<QVBoxLayout>(0);
-    column->addWidget(area_);
-    setLayout(column);
-  }
   const QWidget& content = *area_->widget();
-  const int width = std::max(Metrics::scaled(windowWidth), content.minimumSizeHint().width());
+  const int width =
+      std::max({Metrics::scaled(windowWidth), content.minimumSizeHint().width(), footer_->minimumSizeHint().width()});
   const int height = std::max(content.layout()->totalHeightForWidth(width), content.minimumSizeHint().height());
-  const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen);
+  const int footer = footer_->sizeHint().height();
+  const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen) - footer;
   // Where all fits, a bar must not come and take the width that makes it fit.
   area_->setVerticalScrollBarPolicy(height <= limit ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
   setFixedWidth(width);
-  resize(width, std::min(height, limit));
+  resize(width, std::min(height, limit) + footer);
 }
 
 }  // namespace tessaly

@@ -1,5 +1,6 @@
 #include "app/widgets/AlertSheet.h"
 
+#include "app/widgets/AlertPageView.h"
 #include "app/widgets/Icons.h"
 #include "app/widgets/Metrics.h"
 #include "app/widgets/QtText.h"
@@ -80,6 +81,7 @@ AlertSheet::AlertSheet(QWidget& window, Alert alert, Panels::ButtonHandler answe
 }
 
 QWidget* AlertSheet::makeText() {
+  if (alert_.page) return page_ = new AlertPageView(alert_.page);
   auto* content = new QWidget;
   auto* column = new QVBoxLayout(content);
   column->setContentsMargins(0, 0, 0, 0);
@@ -118,13 +120,19 @@ QWidget* AlertSheet::makeButtons() {
 }
 
 void AlertSheet::refreshLanguage() {
-  fitToText();
+  page_ ? fitToPage() : fitToText();
 }
 
 void AlertSheet::showEvent(QShowEvent* event) {
-  fitToText();
+  page_ ? fitToPage() : fitToText();
   QDialog::showEvent(event);
-  text_->announce();
+  page_ ? page_->announce() : text_->announce();
+}
+
+void AlertSheet::fitToPage() {
+  const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen);
+  page_->fit(Metrics::scaled(widest), limit);
+  adjustSize();
 }
 
 // Room for the whole text, as far as the screen allows; beyond that it scrolls.

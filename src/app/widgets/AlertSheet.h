@@ -10,6 +10,8 @@ class QScrollArea;
 
 namespace tessaly {
 
+class AlertPageView;
+
 class AlertSheet : public QDialog, public FollowsLanguage {
   Q_OBJECT
 
@@ -31,12 +33,14 @@ class AlertSheet : public QDialog, public FollowsLanguage {
   [[nodiscard]] QWidget* makeText();
   [[nodiscard]] QWidget* makeButtons();
   void fitToText();
+  void fitToPage();
 
   Alert alert_;
   Panels::ButtonHandler answered_;
   LocalizedLabel* text_ = nullptr;
   LocalizedLabel* informativeText_ = nullptr;
   QScrollArea* scrollArea_ = nullptr;
+  AlertPageView* page_ = nullptr;  ///< instead of the texts above
 };
 
 }  // namespace tessaly

@@ -1,6 +1,7 @@
 #include "app/widgets/Controls.h"
 
 #include "app/widgets/Icons.h"
+#include "app/widgets/LocalizeView.h"
 #include "app/widgets/Metrics.h"
 #include "app/widgets/QtText.h"
 
@@ -52,6 +53,17 @@ QComboBox* popUp(const char* name, std::initializer_list<const char*> items) {
   result->setView(new QListView(result));
   for (const char* item : items)
     result->addItem(localized(item));
+  return result;
+}
+
+// A long name must not make the window wider.
+QComboBox* namesPopUp(const char* name) {
+  constexpr int fewestCharacters = 16;
+  QComboBox* result = popUp(name);
+  result->setObjectName(QLatin1String(userProfilesIdentifier));
+  result->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  result->setMinimumContentsLength(fewestCharacters);
+  result->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   return result;
 }
 

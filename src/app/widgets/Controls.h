@@ -33,6 +33,9 @@ void setMainAction(QPushButton& button, bool isMain);
 [[nodiscard]] QLineEdit* field(const char* name, int characters, const char* toolTip = nullptr);
 
 [[nodiscard]] QComboBox* popUp(const char* name, std::initializer_list<const char*> items = {});
+
+/// A pop-up whose items are the user's own names.
+[[nodiscard]] QComboBox* namesPopUp(const char* name);
 [[nodiscard]] QComboBox* concurrentFilesPopUp(const char* name);
 [[nodiscard]] QProgressBar* progressBar();
 

@@ -3,7 +3,7 @@
 #include "app/widgets/FollowsLanguage.h"
 #include "app/widgets/LocalizedLabel.h"
 #include "app/widgets/QtText.h"
-#include "localization/Localization.h"
+#include "localization/Shown.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -19,7 +19,7 @@ namespace tessaly {
 namespace {
 
 QString translated(const QString& text) {
-  return localized(Localization::original(fromQt(text)));
+  return localized(Localization::shownOriginal(fromQt(text)));
 }
 
 void localizeItems(QComboBox& popUp) {

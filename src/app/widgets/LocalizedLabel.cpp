@@ -1,7 +1,7 @@
 #include "app/widgets/LocalizedLabel.h"
 
 #include "app/widgets/QtText.h"
-#include "localization/Localization.h"
+#include "localization/Shown.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -15,7 +15,7 @@ namespace tessaly {
 namespace {
 
 // Wide enough for the end of a path; layouts give such a label whatever is left.
-constexpr int minimumCharacters = 8;
+constexpr int minimumCharacters = 12;
 constexpr int hintedCharacters = 30;
 
 }  // namespace
@@ -51,6 +51,7 @@ std::string LocalizedLabel::stringValue() const {
 }
 
 void LocalizedLabel::refreshLanguage() {
+  const Localization::ShownWording shown;
   full_ = toQt(text_());
   showText();
 }

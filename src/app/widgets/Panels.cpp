@@ -24,6 +24,8 @@ QString filterText(const FilePanel& panel) {
 QFileDialog* makePanel(QWidget& window, const FilePanel& panel) {
   auto* dialog = new QFileDialog(window.window(), localized(panel.title));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
+  // The desktop's own panel would speak the desktop's language.
+  if (Localization::language() != resolved(AppLanguage::system)) dialog->setOption(QFileDialog::DontUseNativeDialog);
   dialog->setLabelText(QFileDialog::Reject, localized("Cancel"));
   if (const auto folder = WindowState::panelFolder(panel.purpose)) dialog->setDirectory(pathText(*folder));
   if (!panel.filterName.empty()) dialog->setNameFilter(filterText(panel));

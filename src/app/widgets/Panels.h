@@ -5,6 +5,7 @@
 #pragma once
 
 #include "app/widgets/LocalizedLabel.h"
+#include "presentation/AlertPage.h"
 
 #include <QWidget>
 #include <exception>
@@ -29,6 +30,7 @@ struct Alert {
 
   Style style = Style::informational;
   TextSource text;                            ///< made anew when the language changes
+  std::function<AlertPage()> page;            ///< the text laid out, for an alert with much to say; may be empty
   std::string informativeText;                ///< English, below the text; may be empty
   std::vector<std::string> buttons = {"OK"};  ///< English, in their order
   std::size_t defaultButton = 0;              ///< the one that Return and Escape mean

@@ -1,6 +1,6 @@
 #include "app/widgets/QtText.h"
 
-#include "localization/Localization.h"
+#include "localization/Shown.h"
 #include "platform/Text.h"
 
 #include <QByteArray>
@@ -18,7 +18,7 @@ std::string fromQt(const QString& text) {
 }
 
 QString localized(std::string_view english) {
-  return toQt(L(english));
+  return toQt(Localization::shownText(english));
 }
 
 QString pathText(const std::filesystem::path& path) {

@@ -15,7 +15,7 @@ namespace tessaly {
 [[nodiscard]] QString toQt(std::string_view utf8);
 [[nodiscard]] std::string fromQt(const QString& text);
 
-/// The text in the interface's language.
+/// The text in the interface's language, as it is shown.
 [[nodiscard]] QString localized(std::string_view english);
 
 /// A path as it is shown.

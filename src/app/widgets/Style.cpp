@@ -1,10 +1,14 @@
 #include "app/widgets/Style.h"
 
 #include "app/widgets/Metrics.h"
+#include "app/widgets/Theme.h"
 
+#include <QAbstractItemView>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPushButton>
 #include <QStyleOptionButton>
+#include <algorithm>
 
 namespace tessaly {
 namespace {
@@ -40,6 +44,87 @@ void drawFrame(const QRectF& rect, const QColor& color, QPainter& painter) {
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), corner, corner);
   painter.restore();
+}
+
+bool isEnabled(const QStyleOption& option) {
+  return option.state & QStyle::State_Enabled;
+}
+
+void drawEdge(const QStyleOption& option, QPainter& painter, double radius = corner) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing, radius > 0);
+  painter.setPen(QPen(edgeColor(option.palette, isEnabled(option)), 1));
+  painter.setBrush(Qt::NoBrush);
+  if (radius > 0) {
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  } else {
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+  }
+  painter.restore();
+}
+
+/// The frame of a field or a table: its edge, or where the focus is.
+void drawFieldFrame(const QStyleOption& option, QPainter& painter, double radius) {
+  if (option.state & QStyle::State_HasFocus) {
+    drawFrame(option.rect, option.palette.color(QPalette::Highlight), painter);
+  } else {
+    drawEdge(option, painter, radius);
+  }
+}
+
+/// On the main button the highlight itself would not be seen.
+void drawFocus(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
+  const auto* button = qobject_cast<const QPushButton*>(widget);
+  const auto role = button && button->isDefault() ? QPalette::HighlightedText : QPalette::Highlight;
+  drawFrame(option.rect, option.palette.color(role), painter);
+}
+
+QRectF grooveOf(const QStyleOptionSlider& slider, const QRect& room) {
+  constexpr double thickness = 4;
+  QRectF groove(room);
+  const bool lies = slider.orientation == Qt::Horizontal;
+  lies ? groove.setHeight(thickness) : groove.setWidth(thickness);
+  groove.moveCenter(QRectF(room).center());
+  return groove;
+}
+
+void drawSlider(const QStyle& style, const QStyleOptionSlider& slider, QPainter& painter, const QWidget* widget) {
+  const QColor edge = edgeColor(slider.palette, isEnabled(slider));
+  const QRect groove = style.subControlRect(QStyle::CC_Slider, &slider, QStyle::SC_SliderGroove, widget);
+  const QRectF handle = style.subControlRect(QStyle::CC_Slider, &slider, QStyle::SC_SliderHandle, widget);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(edge);
+  painter.drawRoundedRect(grooveOf(slider, groove), 2, 2);
+  painter.setPen(QPen(edge, 1));
+  painter.setBrush(slider.palette.color(QPalette::Button));
+  const double side = std::min(handle.width(), handle.height()) - 1;
+  QRectF knob(0, 0, side, side);
+  knob.moveCenter(handle.center());
+  painter.drawEllipse(knob);
+  painter.restore();
+  if (slider.state & QStyle::State_HasFocus) drawFrame(slider.rect, slider.palette.color(QPalette::Highlight), painter);
+}
+
+void drawScrollBar(const QStyle& style, const QStyleOptionSlider& bar, QPainter& painter, const QWidget* widget) {
+  constexpr double inset = 3;
+  const bool lies = bar.orientation == Qt::Horizontal;
+  painter.save();
+  painter.fillRect(bar.rect, bar.palette.color(QPalette::Window));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(edgeColor(bar.palette, isEnabled(bar)));
+  const QRectF handle = style.subControlRect(QStyle::CC_ScrollBar, &bar, QStyle::SC_ScrollBarSlider, widget);
+  painter.drawRoundedRect(handle.adjusted(inset, inset, -inset, -inset), corner, corner);
+  painter.restore();
+  const auto drawArrow = [&](QStyle::SubControl place, QStyle::PrimitiveElement arrow) {
+    QStyleOption option = bar;
+    option.rect = style.subControlRect(QStyle::CC_ScrollBar, &bar, place, widget).adjusted(4, 4, -4, -4);
+    style.drawPrimitive(arrow, &option, &painter, widget);
+  };
+  drawArrow(QStyle::SC_ScrollBarSubLine, lies ? QStyle::PE_IndicatorArrowLeft : QStyle::PE_IndicatorArrowUp);
+  drawArrow(QStyle::SC_ScrollBarAddLine, lies ? QStyle::PE_IndicatorArrowRight : QStyle::PE_IndicatorArrowDown);
 }
 
 /// A box of which the edge has the contrast of a text, whatever it lies on.
@@ -86,8 +171,11 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                         const QWidget* widget) const {
-  if (element != CE_PushButtonLabel || !isMainButton(option))
-    return QProxyStyle::drawControl(element, option, painter, widget);
+  if (element != CE_PushButtonLabel || !isMainButton(option)) {
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_ProgressBarContents) drawEdge(*option, *painter);
+    return;
+  }
   QStyleOptionButton label = *static_cast<const QStyleOptionButton*>(option);
   label.palette.setColor(QPalette::ButtonText, option->palette.color(QPalette::HighlightedText));
   QProxyStyle::drawControl(element, &label, painter, widget);
@@ -103,14 +191,31 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     case PE_IndicatorItemViewItemCheck:
       return drawCheckBox(*option, *painter);
     case PE_FrameFocusRect:
-      if (!(option->state & State_KeyboardFocusChange)) return;
-      return drawFrame(option->rect, option->palette.color(QPalette::Highlight), *painter);
+      return drawFocus(*option, *painter, widget);
+    case PE_Frame:
+      return drawFieldFrame(*option, *painter, 0);
+    case PE_FrameLineEdit:
+      return drawFieldFrame(*option, *painter, corner);
     default:
       break;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
-  if (element == PE_PanelLineEdit && option->state & State_HasFocus)
-    drawFrame(option->rect, option->palette.color(QPalette::Highlight), *painter);
+  if (element == PE_PanelButtonCommand) drawEdge(*option, *painter);
+}
+
+void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                               const QWidget* widget) const {
+  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control == CC_Slider && slider) return drawSlider(*this, *slider, *painter, widget);
+  if (control == CC_ScrollBar && slider) return drawScrollBar(*this, *slider, *painter, widget);
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+// Room for the focus between the edge of a table and what is in it.
+int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+  if (metric == PM_DefaultFrameWidth && qobject_cast<const QAbstractItemView*>(widget))
+    return static_cast<int>(focusWidth);
+  return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
 }  // namespace tessaly

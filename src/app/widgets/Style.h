@@ -1,5 +1,5 @@
-// The look of the controls: Fusion with roomier buttons, the main one filled with the highlight, check boxes that are
-// seen on dark, and a focus frame that is seen everywhere.
+// The look of the controls: Fusion with roomier buttons, the main one filled with the highlight, edges and bars that
+// are seen on light and on dark, and a focus frame that is seen everywhere.
 #pragma once
 
 #include <QProxyStyle>
@@ -18,6 +18,10 @@ class Style : public QProxyStyle {
                                        const QWidget* widget) const override;
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                    const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override;
+  [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option = nullptr,
+                                const QWidget* widget = nullptr) const override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
 };

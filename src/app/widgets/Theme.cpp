@@ -4,6 +4,9 @@
 #include "preferences/AppPreferences.h"
 
 #include <QApplication>
+#include <QList>
+#include <algorithm>
+#include <cmath>
 
 namespace tessaly {
 namespace {
@@ -111,6 +114,18 @@ QPalette systemPalette() {
   return prefersDark(platform) ? darkPalette() : lightPalette();
 }
 
+double luminance(const QColor& color) {
+  const auto linear = [](double value) {
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+QColor between(const QColor& first, const QColor& second, double share) {
+  const auto mixed = [share](int one, int other) { return static_cast<int>(std::lround(one + (other - one) * share)); };
+  return {mixed(first.red(), second.red()), mixed(first.green(), second.green()), mixed(first.blue(), second.blue())};
+}
+
 QPalette palette(AppAppearance appearance) {
   switch (appearance) {
     case AppAppearance::light:
@@ -131,6 +146,28 @@ QPalette lightPalette() {
 
 QPalette darkPalette() {
   return paletteOf(darkTones);
+}
+
+double contrast(const QColor& first, const QColor& second) {
+  const double one = luminance(first);
+  const double other = luminance(second);
+  return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
+}
+
+QColor edgeColor(const QPalette& palette, bool enabled) {
+  constexpr double seen = 3.1;  // 3, and what rounding takes away
+  constexpr double step = 0.02;
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+  const auto isSeen = [&palette](const QColor& edge) {
+    return std::ranges::all_of(QList{QPalette::Window, QPalette::Base, QPalette::Button}, [&](auto ground) {
+      return contrast(edge, palette.color(QPalette::Active, ground)) >= seen;
+    });
+  };
+  double share = step;
+  while (share < 1 && !isSeen(between(window, text, share)))
+    share += step;
+  return between(window, text, enabled ? share : share / 2);
 }
 
 bool isDark(const QPalette& palette) {

@@ -18,6 +18,13 @@ void applyAppAppearance();
 /// Whether texts are lighter than what they stand on.
 [[nodiscard]] bool isDark(const QPalette& palette);
 
+/// How far apart two colours are for the eye: 1 for the same, 21 for black and white (WCAG 2.1).
+[[nodiscard]] double contrast(const QColor& first, const QColor& second);
+
+/// For the edges of what is used: between window and text, as near to the window as a contrast of 3 to everything that
+/// lies beside an edge allows; nearer where the control is disabled.
+[[nodiscard]] QColor edgeColor(const QPalette& palette, bool enabled = true);
+
 /// Colours with a meaning; they stay readable on both looks and on the grey behind the preview.
 namespace MeaningColor {
 inline constexpr QRgb included = 0xff34c759;

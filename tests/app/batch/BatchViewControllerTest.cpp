@@ -136,8 +136,19 @@ TEST_F(BatchTab, EndsABatchOfAnEmptyFolderWithItsOneFailure) {
   EXPECT_EQ(panels.alerts.back().style, Alert::Style::warning);
 }
 
+TEST_F(BatchTab, OpensTheFolderWhenItsAlertIsClosed) {
+  makeTab();
+  tab->startButton->click();
+  finish();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(panels.opened.empty());
+  panels.answerLast(0);
+  EXPECT_EQ(panels.opened, std::vector{results()});
+}
+
 TEST_F(BatchTab, RepairsTheFolder) {
   makeTab();
+  panels.button = 0;
   tab->startButton->click();
   EXPECT_TRUE(tab->isProcessing());
   EXPECT_EQ(status(), "Preparing…");
@@ -154,6 +165,7 @@ TEST_F(BatchTab, RepairsTheFolder) {
   EXPECT_TRUE(tab->startButton->isEnabled());
   EXPECT_FALSE(tab->stopButton->isEnabled());
   EXPECT_TRUE(fs::exists(results() / "p1.dng"));
+  EXPECT_TRUE(waitUntil([&] { return !panels.opened.empty(); }));
   EXPECT_EQ(panels.opened, std::vector{results()});
   tab->openButton->click();
   EXPECT_EQ(panels.opened.size(), 2U);

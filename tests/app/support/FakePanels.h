@@ -35,6 +35,7 @@ class FakePanels : public Panels {
 
   void showAlert(QWidget& window, Alert alert, ButtonHandler answered) override {
     alerts.push_back(std::move(alert));
+    lastAnswered_ = answered;
     if (button && answered) QTimer::singleShot(0, &window, [answered, chosen = *button] { answered(chosen); });
   }
 
@@ -43,10 +44,17 @@ class FakePanels : public Panels {
     return opensFolders;
   }
 
+  /// Presses a button of the last alert.
+  void answerLast(std::size_t pressed) {
+    if (lastAnswered_) lastAnswered_(pressed);
+  }
+
   /// What the last alert says now; empty when there was none.
   [[nodiscard]] std::string lastAlert() const { return alerts.empty() ? "" : alerts.back().text(); }
 
  private:
+  ButtonHandler lastAnswered_;
+
   void reply(QWidget& window, const FilePanel& panel, PathHandler chosen) {
     asked.push_back(panel);
     if (answer) QTimer::singleShot(0, &window, [chosen = std::move(chosen), path = *answer] { chosen(path); });
