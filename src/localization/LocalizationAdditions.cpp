@@ -179,6 +179,11 @@ const std::vector<Entry>& table() {
      "此选择已保存为“%@”。",
      "Cette sélection est déjà enregistrée sous « %@ »."},
 
+    // What Qt's own panels say and its catalogues do not translate.
+    {"Folder", "文件夹", "Dossier"},
+    {"Drive", "驱动器", "Lecteur"},
+    {"Unknown", "未知", "Inconnu"},
+
     // The alert at the end of a batch.
     {"%d succeeded, %d failed, %d skipped", "成功 %d，失败 %d，跳过 %d", "%d réussis, %d échecs, %d ignorés"},
     {"%d files: %@", "%d 个文件：%@", "%d fichiers : %@"},

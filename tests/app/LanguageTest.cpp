@@ -71,6 +71,18 @@ TEST_F(Language, ChangesEveryTextThereAndBack) {
   EXPECT_EQ(texts(), english);
 }
 
+TEST_F(Language, IsThatOfTheToolkitsPanelsToo) {
+  const auto types = [] { return QCoreApplication::translate("QAbstractFileIconProvider", "Folder").toStdString(); };
+  EXPECT_EQ(types(), "Folder");
+  speak(AppLanguage::french);
+  EXPECT_EQ(types(), "Dossier");
+  EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:").toStdString(), "Voir dans :");
+  speak(AppLanguage::chinese);
+  EXPECT_EQ(types(), "文件夹");
+  speak(AppLanguage::english);
+  EXPECT_EQ(types(), "Folder");
+}
+
 TEST_F(CalibrationTab, ChangesItsComposedTextsToo) {
   analyze();
   const std::string english = status();

@@ -1,8 +1,10 @@
 // How the batch tab is put together: its controls, what they are connected to, keys and drops.
 #include "app/batch/BatchViewController.h"
 #include "app/widgets/DropTarget.h"
+#include "app/widgets/FittingScrollArea.h"
 #include "app/widgets/LocalizeView.h"
 #include "app/widgets/Metrics.h"
+#include "app/widgets/WrapLayout.h"
 #include "preferences/AppPreferences.h"
 
 #include <QBoxLayout>
@@ -22,6 +24,16 @@ QWidget* row(std::initializer_list<QWidget*> widgets, QWidget* stretched) {
   for (QWidget* widget : widgets)
     line->addWidget(widget, widget == stretched ? 1 : 0);
   if (!stretched) line->addStretch(1);
+  return result;
+}
+
+/// Buttons and the path that was chosen by them; the path goes below where there is no room beside them.
+QWidget* pathRow(std::initializer_list<QWidget*> widgets) {
+  auto* result = new QWidget;
+  auto* line = new WrapLayout(result);
+  line->setLastStretches();
+  for (QWidget* widget : widgets)
+    line->addWidget(widget);
   return result;
 }
 
@@ -70,11 +82,18 @@ void BatchViewController::layOut() {
       new LocalizedLabel("Repaired copies keep your camera metadata. Original DNGs always stay read-only.");
   subtitle->setForegroundRole(QPalette::PlaceholderText);
   subtitle->setWordWrap(true);
+  auto* choices = new QWidget;
+  auto* top = new QVBoxLayout(choices);
+  top->setContentsMargins(0, 0, 0, 0);
+  top->setSpacing(Metrics::grid);
+  top->addWidget(title);
+  top->addWidget(subtitle);
+  top->addSpacing(Metrics::groupSpacing);
+  top->addLayout(layOutChoices());
+
+  // Where the window is too low for all of it, the choices scroll: what starts, stops and tells stays in view.
   auto* column = Controls::onGrid<QVBoxLayout>(Metrics::grid);
-  column->addWidget(title);
-  column->addWidget(subtitle);
-  column->addSpacing(Metrics::groupSpacing);
-  column->addLayout(layOutChoices());
+  column->addWidget(new FittingScrollArea(*choices));
   column->addSpacing(Metrics::groupSpacing);
   column->addWidget(progress);
   column->addWidget(row({statusLabel, setAsideButton}, statusLabel));
@@ -99,7 +118,7 @@ void BatchViewController::layOut() {
 }
 
 QLayout* BatchViewController::layOutChoices() {
-  outputRow_ = row({outputButton, defaultOutputButton, outputLabel}, outputLabel);
+  outputRow_ = pathRow({outputButton, defaultOutputButton, outputLabel});
   auto* form = new QFormLayout;
   form->setContentsMargins(0, 0, 0, 0);
   form->setHorizontalSpacing(Metrics::groupSpacing);
@@ -108,7 +127,7 @@ QLayout* BatchViewController::layOutChoices() {
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
   form->setRowWrapPolicy(QFormLayout::WrapLongRows);
   form->addRow(Controls::caption("Camera Profile", *profilePopUp), row({profilePopUp, reloadButton}, profilePopUp));
-  form->addRow(Controls::caption("Source DNG", *inputButton), row({inputButton, inputLabel}, inputLabel));
+  form->addRow(Controls::caption("Source DNG", *inputButton), pathRow({inputButton, inputLabel}));
   form->addRow(Controls::caption("Repaired Files", *outputButton), outputRow_);
   form->addRow(Controls::caption("Concurrent Files", *workersPopUp), row({workersPopUp}, nullptr));
   return form;

@@ -32,9 +32,9 @@ void CalibrationSourcePanel::layOut() {
   source->addWidget(title);
   source->addWidget(folderButton);
   source->addWidget(folderLabel, 1);
-  source->addWidget(&guide->disclosure());
   auto* analysis = Controls::onGrid<QHBoxLayout>(Metrics::groupSpacing);
   analysis->addWidget(progress, 1);
+  analysis->addWidget(&guide->disclosure());
   analysis->addWidget(analyzeButton);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);

@@ -70,6 +70,8 @@ void AlertPageView::fit(int width, int highest) {
   if (scrolls) setFixedText(*details_, width - area_->verticalScrollBar()->sizeHint().width());
   area_->setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::NoFocus);
   area_->setFixedSize(width, std::min(details_->height(), most));
+  const int details = area_->isHidden() ? 0 : area_->height() + Metrics::grid;
+  setFixedSize(width, heightOfOthers() + details - Metrics::grid);
 }
 
 }  // namespace tessaly

@@ -132,7 +132,7 @@ void AlertSheet::showEvent(QShowEvent* event) {
 void AlertSheet::fitToPage() {
   const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen);
   page_->fit(Metrics::scaled(widest), limit);
-  adjustSize();
+  layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 // Room for the whole text, as far as the screen allows; beyond that it scrolls.

@@ -77,7 +77,7 @@ QSize LocalizedLabel::sizeHint() const {
 
 QSize LocalizedLabel::minimumSizeHint() const {
   if (lines_ == 0) return QLabel::minimumSizeHint();
-  return {fontMetrics().averageCharWidth() * minimumCharacters, heightOfLines()};
+  return {fontMetrics().horizontalAdvance(QLatin1Char('0')) * minimumCharacters, heightOfLines()};
 }
 
 void LocalizedLabel::resizeEvent(QResizeEvent* event) {

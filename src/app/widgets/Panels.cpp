@@ -1,6 +1,7 @@
 #include "app/widgets/Panels.h"
 
 #include "app/widgets/AlertSheet.h"
+#include "app/widgets/Metrics.h"
 #include "app/widgets/QtText.h"
 #include "app/widgets/WindowState.h"
 #include "calibration/review/InvalidInput.h"
@@ -9,10 +10,15 @@
 
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QScreen>
+#include <QSize>
 #include <utility>
 
 namespace tessaly {
 namespace {
+
+constexpr QSize panelSize(840, 540);
+constexpr double mostOfScreen = 0.9;
 
 QString filterText(const FilePanel& panel) {
   QStringList globs;
@@ -26,6 +32,8 @@ QFileDialog* makePanel(QWidget& window, const FilePanel& panel) {
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   // The desktop's own panel would speak the desktop's language.
   if (Localization::language() != resolved(AppLanguage::system)) dialog->setOption(QFileDialog::DontUseNativeDialog);
+  const QSize wanted(Metrics::scaled(panelSize.width()), Metrics::scaled(panelSize.height()));
+  dialog->resize(wanted.boundedTo(window.screen()->availableSize() * mostOfScreen));
   dialog->setLabelText(QFileDialog::Reject, localized("Cancel"));
   if (const auto folder = WindowState::panelFolder(panel.purpose)) dialog->setDirectory(pathText(*folder));
   if (!panel.filterName.empty()) dialog->setNameFilter(filterText(panel));

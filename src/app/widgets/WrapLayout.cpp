@@ -79,7 +79,9 @@ void WrapLayout::setGeometry(const QRect& rect) {
     int x = rect.x();
     for (QLayoutItem* item : line.items) {
       const QSize size = item->sizeHint();
-      const QRect place(x, y + (line.height - size.height()) / 2, std::min(size.width(), rect.width()), size.height());
+      const bool takesRest = lastStretches_ && item == items_.constLast();
+      const int width = takesRest ? rect.right() + 1 - x : std::min(size.width(), rect.width());
+      const QRect place(x, y + (line.height - size.height()) / 2, width, size.height());
       item->setGeometry(QStyle::visualRect(parentWidget()->layoutDirection(), rect, place));
       x += size.width() + spacing();
     }

@@ -17,6 +17,9 @@ class WrapLayout : public QLayout {
   explicit WrapLayout(QWidget* parent = nullptr);
   ~WrapLayout() override;
 
+  /// Gives the last item all that is left of its line.
+  void setLastStretches() { lastStretches_ = true; }
+
   void addItem(QLayoutItem* item) override;
   [[nodiscard]] int count() const override { return static_cast<int>(items_.size()); }
   [[nodiscard]] QLayoutItem* itemAt(int index) const override;
@@ -34,6 +37,7 @@ class WrapLayout : public QLayout {
   [[nodiscard]] std::vector<Line> lines(int width) const;
 
   QList<QLayoutItem*> items_;
+  bool lastStretches_ = false;
 };
 
 }  // namespace tessaly
