@@ -179,6 +179,9 @@ const std::vector<Entry>& table() {
      "此选择已保存为“%@”。",
      "Cette sélection est déjà enregistrée sous « %@ »."},
 
+    // A candidate that tells the same column again.
+    {"inside the full column at x %d", "位于整列 x %d 之内", "à l’intérieur de la colonne entière à x %d"},
+
     // What Qt's own panels say and its catalogues do not translate.
     {"Folder", "文件夹", "Dossier"},
     {"Drive", "驱动器", "Lecteur"},

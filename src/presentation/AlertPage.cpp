@@ -71,7 +71,9 @@ std::string logLines(const BatchSummary& summary) {
 AlertPage batchEndPage(const BatchSummary& summary) {
   AlertPage page;
   page.first = L("Processing complete") + (summary.cancelled ? " (" + L("Cancelled") + ")" : "");
+  const std::string left = BatchTexts::filesLeft(summary);
   page.emphasis = LF("%d succeeded, %d failed, %d skipped", {summary.succeeded, summary.failed, summary.skipped});
+  if (!left.empty()) page.emphasis += "\n" + left;
   std::vector<Reason> reasons;
   for (const BatchFailure& failure : summary.failures) {
     const Told words = told(failure);

@@ -69,9 +69,23 @@ std::int64_t linesInsideColumns(const CameraProfile& profile) {
   return std::count_if(columns.begin(), columns.end(), [](const auto& column) { return column.has_value(); });
 }
 
+std::int64_t count(const CalibrationResult& result) {
+  return static_cast<std::int64_t>(linesInsideColumns(result.candidates, result.metadata).size());
+}
+
+std::string mark(std::int64_t column, const DNGMetadata& metadata) {
+  return LF("inside the full column at x %d", {column - metadata.activeX});
+}
+
 std::string sentence(std::int64_t count) {
   if (count == 0) return "";
   return count == 1 ? L("One column lies inside another.") : LF("%d columns lie inside others.", {count});
+}
+
+std::string behind(const std::string& text, std::string_view gap, std::int64_t count) {
+  if (count == 0) return text;
+  const bool isJoined = gap == " " && Localization::language() == AppLanguage::chinese;
+  return text + std::string(isJoined ? "" : gap) + sentence(count);
 }
 
 }  // namespace tessaly::DuplicateColumns

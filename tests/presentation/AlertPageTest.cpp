@@ -39,6 +39,14 @@ TEST_F(BatchEndPage, BeginsWithTheDocumentedLineAndTheCounts) {
   EXPECT_EQ(batchEndPage(summary).first, "Processing complete (Cancelled)");
 }
 
+TEST_F(BatchEndPage, SaysHowManyFilesAStoppedBatchLeaves) {
+  BatchSummary summary;
+  summary.total = 5;
+  summary.succeeded = 3;
+  summary.cancelled = true;
+  EXPECT_EQ(batchEndPage(summary).emphasis, "3 succeeded, 0 failed, 0 skipped\n2 files are left.");
+}
+
 TEST_F(BatchEndPage, OfASuccessHasTheLogAndNothingElse) {
   BatchSummary summary;
   summary.logURL = "/out/Repair Log.csv";

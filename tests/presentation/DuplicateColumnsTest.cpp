@@ -69,6 +69,21 @@ TEST(DuplicateColumns, AreCountedInAProfile) {
   EXPECT_EQ(DuplicateColumns::linesInsideColumns(profile), 1);
 }
 
+TEST(DuplicateColumns, AreToldBehindAnotherText) {
+  EXPECT_EQ(DuplicateColumns::behind("Done.", " ", 0), "Done.");
+  EXPECT_EQ(DuplicateColumns::behind("Done.", " ", 1), "Done. One column lies inside another.");
+  EXPECT_EQ(DuplicateColumns::behind("Saved", "\n\n", 1), "Saved\n\nOne column lies inside another.");
+  Localization::setLanguageOverride(AppLanguage::chinese);
+  EXPECT_EQ(DuplicateColumns::behind("完成。", " ", 1), "完成。有一列位于另一列之内。");
+  Localization::setLanguageOverride(std::nullopt);
+}
+
+TEST(DuplicateColumns, AreMarkedWithTheActiveColumn) {
+  DNGMetadata described;
+  described.activeX = 10;
+  EXPECT_EQ(DuplicateColumns::mark(50, described), "inside the full column at x 40");
+}
+
 TEST(DuplicateColumns, AreToldInASentence) {
   EXPECT_EQ(DuplicateColumns::sentence(0), "");
   EXPECT_EQ(DuplicateColumns::sentence(1), "One column lies inside another.");

@@ -19,6 +19,7 @@
 #include "platform/Text.h"
 #include "presentation/CalibrationStart.h"
 #include "presentation/CalibrationTexts.h"
+#include "presentation/DuplicateColumns.h"
 #include "presentation/ReviewTexts.h"
 #include "store/ProfileStore.h"
 
@@ -163,7 +164,10 @@ void CalibrationViewController::analyzed(CalibrationResult result) {
                                .value_or(CandidateSelection::defaultPixelConfidence);
   result_ = std::move(result);
   store_.reset(result_->metadata, result_->candidates, CandidateSelection::preselected(result_->candidates, threshold));
-  completion_ = [this, threshold] { return CalibrationTexts::completion(*result_, threshold); };
+  completion_ = [this, threshold] {
+    return DuplicateColumns::behind(CalibrationTexts::completion(*result_, threshold), " ",
+                                    DuplicateColumns::count(*result_));
+  };
   progress->setValue(progress->maximum());
   showCamera();
   previewView->setManualGuideX(std::nullopt);
@@ -340,7 +344,10 @@ void CalibrationViewController::keepProfile(const CameraProfile& profile) {
   const std::filesystem::path file = ProfileStore::save(profile);
   source_->guide->setProfilesExist(true);
   Alert alert;
-  alert.text = [profile, file] { return CalibrationTexts::saved(profile, file); };
+  alert.text = [profile, file] {
+    return DuplicateColumns::behind(CalibrationTexts::saved(profile, file), "\n\n",
+                                    DuplicateColumns::linesInsideColumns(profile));
+  };
   panels_.showAlert(*this, std::move(alert));
   emit profileSaved(profile.id);
 }

@@ -1,6 +1,7 @@
 #include "app/profile/CandidateTableModel.h"
 
 #include "app/widgets/QtText.h"
+#include "presentation/DuplicateColumns.h"
 
 #include <utility>
 
@@ -29,12 +30,21 @@ QVariant alignment(int column) {
 CandidateTableModel::CandidateTableModel(CandidateStore& store, QObject* parent)
     : QAbstractTableModel(parent), store_(store) {
   connect(&store_, &CandidateStore::aboutToReset, this, [this] { beginResetModel(); });
-  connect(&store_, &CandidateStore::wasReset, this, [this] { endResetModel(); });
+  connect(&store_, &CandidateStore::wasReset, this, [this] {
+    findDuplicates();
+    endResetModel();
+  });
   connect(&store_, &CandidateStore::aboutToAppend, this,
           [this] { beginInsertRows({}, store_.count(), store_.count()); });
-  connect(&store_, &CandidateStore::appended, this, [this] { endInsertRows(); });
+  connect(&store_, &CandidateStore::appended, this, [this] {
+    findDuplicates();
+    endInsertRows();
+  });
   connect(&store_, &CandidateStore::aboutToRemove, this, [this](int row) { beginRemoveRows({}, row, row); });
-  connect(&store_, &CandidateStore::removed, this, [this] { endRemoveRows(); });
+  connect(&store_, &CandidateStore::removed, this, [this] {
+    findDuplicates();
+    endRemoveRows();
+  });
   connect(&store_, &CandidateStore::inclusionChanged, this, [this] {
     if (store_.count() > 0) emit dataChanged(index(0, include), index(store_.count() - 1, include));
   });
@@ -110,10 +120,16 @@ QVariant CandidateTableModel::headerData(int section, Qt::Orientation orientatio
 }
 
 QString CandidateTableModel::reasonText(int row) const {
-  const QString english = toQt(store_.at(row).reason);
-  const auto known = reasons_.constFind(english);
-  if (known != reasons_.constEnd()) return *known;
-  return reasons_[english] = toQt(CandidateTexts::reason(store_.at(row)));
+  const CalibrationCandidate& candidate = store_.at(row);
+  QString& reason = reasons_[toQt(candidate.reason)];
+  if (reason.isEmpty()) reason = toQt(CandidateTexts::reason(candidate));
+  const auto column = insideColumns_.find(candidate.id);
+  if (column == insideColumns_.end()) return reason;
+  return toQt(DuplicateColumns::mark(column->second, store_.metadata())) + QStringLiteral(" · ") + reason;
+}
+
+void CandidateTableModel::findDuplicates() {
+  insideColumns_ = DuplicateColumns::linesInsideColumns(store_.candidates(), store_.metadata());
 }
 
 void CandidateTableModel::refreshLanguage() {

@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QSortFilterProxyModel>
 #include <array>
+#include <map>
 #include <optional>
 
 namespace tessaly {
@@ -42,15 +43,19 @@ class CandidateTableModel : public QAbstractTableModel, public FollowsLanguage {
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   [[nodiscard]] const CandidateStore& store() const { return store_; }
+
+  /// The reason of a candidate, for a line inside a full column behind a mark that says so.
   [[nodiscard]] QString reasonText(int row) const;
 
   void refreshLanguage() override;
 
  private:
   [[nodiscard]] QVariant text(const QModelIndex& index) const;
+  void findDuplicates();
 
   CandidateStore& store_;
-  mutable QHash<QString, QString> reasons_;  ///< translated; thousands of candidates share a few
+  std::map<UUID, std::int64_t> insideColumns_;  ///< lines that say a column again, and which one
+  mutable QHash<QString, QString> reasons_;     ///< translated; thousands of candidates share a few
 };
 
 /// Sorts and filters what the table shows; the candidates keep their order.

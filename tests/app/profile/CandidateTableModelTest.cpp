@@ -123,5 +123,14 @@ TEST_F(Table, HasRowsThatAreHighEnoughToBeClicked) {
   EXPECT_GE(table.rowHeight(0), 28);
 }
 
+TEST_F(Table, MarksALineInsideAFullColumn) {
+  std::vector<CalibrationCandidate> candidates{candidate(Kind::line, 50, 2, 0.9), candidate(Kind::line, 50, 42, 0.9)};
+  store.reset(metadata, std::move(candidates), {});
+  EXPECT_EQ(column(CandidateTableModel::reason),
+            QStringList({"Manually added by user", "inside the full column at x 40 · Manually added by user"}));
+  store.append(candidate(Kind::line, 50, 50, 1));
+  EXPECT_EQ(column(CandidateTableModel::reason).last(), "inside the full column at x 40 · Manually added by user");
+}
+
 }  // namespace
 }  // namespace tessaly::tests
