@@ -220,8 +220,10 @@ TEST_P(Faults, OfAMediumThatReturnsAnotherLength) {
       const auto length = static_cast<std::intmax_t>(file_size(copy)) + difference;
       resize_file(copy, static_cast<std::uintmax_t>(length));
     });
-    EXPECT_NE(failure(), "") << difference;
-    if (difference > 0) EXPECT_EQ(failure(), verificationFailed);
+    const std::string failed = failure();
+    // Without its last byte the directory of the re-encoded form is no longer readable.
+    const bool isDamaged = difference < 0 && GetParam() == Form::reencoded;
+    EXPECT_EQ(failed == verificationFailed, !isDamaged) << failed;
     expectNothingLeft();
   }
 }

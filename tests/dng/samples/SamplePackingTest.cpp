@@ -1,6 +1,5 @@
 // unpackSamples and packSamples, every depth, byte order, fill order and length.
 #include "dng/metadata/Refusal.h"
-#include "dng/samples/BitDepth.h"
 #include "dng/samples/SamplePacker.h"
 #include "dng/samples/SampleUnpacker.h"
 #include "support/FileBytes.h"
@@ -203,7 +202,7 @@ TEST_P(AnyFormat, ChangesNothingButTheSamplesWhenPacked) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, AnyFormat,
-                         testing::Combine(testing::ValuesIn(supportedBitDepths), testing::Bool(), testing::Bool()),
+                         testing::Combine(testing::Values(8, 10, 12, 14, 16), testing::Bool(), testing::Bool()),
                          [](const auto& variant) {
                            return std::to_string(std::get<0>(variant.param)) + "Bits" +
                                   (std::get<1>(variant.param) ? "LittleEndian" : "BigEndian") + "FillOrder" +
