@@ -11,6 +11,7 @@
 #include "calibration/points/DeviationMap.h"
 #include "calibration/points/PointDetector.h"
 #include "calibration/points/SpotMerging.h"
+#include "calibration/second/SecondOpinion.h"
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
 #include "platform/NaturalOrder.h"
@@ -45,13 +46,15 @@ void append(Candidates& all, Candidates more) {
 /// buffer. What the readers throw already bears the name of the file; what the caller's callback throws passes through.
 class Analysis {
  public:
-  Analysis(std::span<const std::filesystem::path> urls, const CalibrationProgressHandler& progress, int threads)
-      : progress_(progress), threads_(threads), total_(static_cast<std::int64_t>(urls.size())) {
+  Analysis(std::span<const std::filesystem::path> urls, const CalibrationProgressHandler& progress, int threads,
+           Opinions opinions)
+      : progress_(progress), threads_(threads), opinions_(opinions), total_(static_cast<std::int64_t>(urls.size())) {
     intake_ = readIntake(urls, [this](const std::filesystem::path& url) { report(ProgressMessages::reading, url); });
   }
 
   CalibrationResult run() {
     classifyGroups();
+    if (opinions_ == Opinions::both) total_ += second::frameReadings(intake_.groups);
     if (result_.brightFrameCount < leastBrightFrames)
       throw DNGError::invalid("Not enough bright-field frames were detected");
     measureGroups();
@@ -61,6 +64,7 @@ class Analysis {
     append(result_.candidates, std::move(pixels_));
     orderCandidates(result_.candidates);
     countColumnEvidence();
+    if (opinions_ == Opinions::both) takeSecondOpinion();
     result_.metadata = std::move(intake_.reference);
     return std::move(result_);
   }
@@ -133,6 +137,16 @@ class Analysis {
     append(result_.candidates, trailCandidates(TrailingColumnDetector::detect(seeds, evidence), intake_.reference));
   }
 
+  void takeSecondOpinion() {
+    const second::Step step = [this](const std::filesystem::path& url) {
+      if (!url.empty()) ++completed_;
+      report("Looking closely at ", url.empty() ? closelyRead_ : url);
+      if (!url.empty()) closelyRead_ = url;
+    };
+    result_.secondOpinion =
+        second::secondOpinion(intake_.groups, intake_.reference, result_.candidates, samples_, threads_, step);
+  }
+
   void countColumnEvidence() {
     std::set<std::string> keys;
     for (const ColumnFrameEvidence& frame : columnEvidence_)
@@ -143,6 +157,8 @@ class Analysis {
 
   const CalibrationProgressHandler& progress_;
   int threads_;
+  Opinions opinions_;
+  std::filesystem::path closelyRead_;  // by the second opinion, last
   std::int64_t completed_ = 0;
   std::int64_t total_;
   CalibrationIntake intake_;
@@ -156,10 +172,10 @@ class Analysis {
 }  // namespace
 
 CalibrationResult analyzeOnThreads(std::vector<std::filesystem::path> urls, const CalibrationProgressHandler& progress,
-                                   int threads) {
+                                   int threads, Opinions opinions) {
   if (urls.size() < leastFiles) throw DNGError::invalid("At least three calibration DNG files are required");
   sortByFileName(urls);
-  return Analysis(urls, progress, threads).run();
+  return Analysis(urls, progress, threads, opinions).run();
 }
 
 }  // namespace tessaly::CalibrationEngine

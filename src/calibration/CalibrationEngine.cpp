@@ -7,8 +7,9 @@
 
 namespace tessaly::CalibrationEngine {
 
-CalibrationResult analyze(std::vector<std::filesystem::path> urls, const CalibrationProgressHandler& progress) {
-  return analyzeOnThreads(std::move(urls), progress, availableThreads());
+CalibrationResult analyze(std::vector<std::filesystem::path> urls, const CalibrationProgressHandler& progress,
+                          Opinions opinions) {
+  return analyzeOnThreads(std::move(urls), progress, availableThreads(), opinions);
 }
 
 std::pair<DNGMetadata, RawPreviewImage> makeInspectionPreview(const std::filesystem::path& url) {

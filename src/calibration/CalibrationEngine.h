@@ -12,10 +12,14 @@
 
 namespace tessaly::CalibrationEngine {
 
+/// Whether frames are also looked at beyond the documented detectors, whose results are the same with both.
+enum class Opinions { documented, both };
+
 /// Analyses the frames. `progress` is called on the calling thread; an exception that it throws ends the analysis and
 /// reaches the caller unchanged. Throws DNGError; one that belongs to a particular file is wrapped with its name.
 [[nodiscard]] CalibrationResult analyze(std::vector<std::filesystem::path> urls,
-                                        const CalibrationProgressHandler& progress);
+                                        const CalibrationProgressHandler& progress,
+                                        Opinions opinions = Opinions::documented);
 
 /// A preview of one photograph with lifted shadows, in which a faint one-column defect can be seen.
 [[nodiscard]] std::pair<DNGMetadata, RawPreviewImage> makeInspectionPreview(const std::filesystem::path& url);

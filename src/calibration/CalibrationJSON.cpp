@@ -14,6 +14,9 @@ namespace {
 
 using nlohmann::ordered_json;
 
+constexpr std::array<std::string_view, 6> finderNames{"dim",    "warm", "unsteady",
+                                                      "column", "run",  "shadow"};  // likewise
+
 [[noreturn]] void fail(const char* key, const char* problem) {
   throw std::invalid_argument(fmt::format("\"{}\" {}", key, problem));
 }
@@ -131,6 +134,12 @@ ordered_json toJSON(const CalibrationCandidate& candidate) {
   Encoder encoder;
   forEachField(candidate, encoder);
   return encoder.object;
+}
+
+ordered_json toJSON(const SecondOpinionFinding& finding) {
+  ordered_json json = toJSON(finding.candidate);
+  json["finder"] = finderNames[static_cast<std::size_t>(finding.finder)];
+  return json;
 }
 
 CalibrationCandidate candidateFromJSON(const ordered_json& json) {

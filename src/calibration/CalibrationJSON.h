@@ -14,6 +14,9 @@ namespace tessaly {
 
 [[nodiscard]] nlohmann::ordered_json toJSON(const CalibrationCandidate& candidate);
 
+/// The same with the key "finder" behind: dim, warm, unsteady, column, run or shadow.
+[[nodiscard]] nlohmann::ordered_json toJSON(const SecondOpinionFinding& finding);
+
 /// The way back, for programs that use the engine and keep candidates; nothing in this repository but its tests reads
 /// them. Throws std::invalid_argument, which names the key: "kind" is none of pixel, line and spot.
 [[nodiscard]] CalibrationCandidate candidateFromJSON(const nlohmann::ordered_json& json);

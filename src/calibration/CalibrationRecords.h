@@ -55,6 +55,24 @@ struct RawPreviewImage {
   bool operator==(const RawPreviewImage&) const = default;
 };
 
+/// What the second opinion found; it proposes and is never included by itself.
+struct SecondOpinionFinding {
+  enum class Finder { dim, warm, unsteady, column, run, shadow };
+
+  Finder finder = Finder::dim;
+  CalibrationCandidate candidate;
+  double evidence = 0;  ///< robust standard deviations
+  double effect = 0;    ///< u (a raw unit of a 14-bit range), share of the light, or ratio of noise
+
+  bool operator==(const SecondOpinionFinding&) const = default;
+};
+
+struct SecondOpinion {
+  std::vector<SecondOpinionFinding> findings;  ///< lines, spots, pixels; within a kind the strongest evidence first
+  /// Of each documented candidate, in their order, whether a finding confirms it; nothing where no group could tell.
+  std::vector<std::optional<bool>> confirmed;
+};
+
 struct CalibrationResult {
   DNGMetadata metadata;  ///< of the first file after sorting
   std::int64_t brightFrameCount = 0;
@@ -63,6 +81,7 @@ struct CalibrationResult {
   std::int64_t lineExposureGroupCount = 0;
   std::vector<CalibrationCandidate> candidates;  ///< lines, spots, pixels; within a kind the most confident first
   RawPreviewImage preview;
+  std::optional<SecondOpinion> secondOpinion;  ///< where it was asked for
 };
 
 }  // namespace tessaly

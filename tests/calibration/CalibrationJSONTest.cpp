@@ -5,6 +5,8 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace tessaly {
 namespace {
@@ -49,6 +51,17 @@ std::string problem(const ordered_json& json) {
     return "none";
   } catch (const std::invalid_argument& error) {
     return error.what();
+  }
+}
+
+TEST(CalibrationJSON, TellsTheFinderBehindTheRecord) {
+  using Finder = SecondOpinionFinding::Finder;
+  const std::vector<std::pair<Finder, std::string>> names{{Finder::dim, "dim"},           {Finder::warm, "warm"},
+                                                          {Finder::unsteady, "unsteady"}, {Finder::column, "column"},
+                                                          {Finder::run, "run"},           {Finder::shadow, "shadow"}};
+  for (const auto& [finder, name] : names) {
+    const std::string expected = fullJSON.substr(0, fullJSON.size() - 1) + R"(,"finder":")" + name + R"("})";
+    EXPECT_EQ(toJSON(SecondOpinionFinding{finder, fullCandidate(), 7, 1}).dump(), expected);
   }
 }
 
