@@ -41,6 +41,7 @@ struct CalibrateOptions {
   std::optional<std::string> name;
   std::string profile;
   bool save = false;
+  bool secondOpinion = false;
   std::string pixelConfidence = "98";
   std::string include = "preselected";
 
@@ -69,7 +70,7 @@ void checkOutputs(const CalibrateOptions& options, const CalibrationFrames& fram
   OutputFiles::check(options.outputs(), inputs);
 }
 
-CalibrationResult analyze(const CalibrationFrames& frames, const Interruption& interruption) {
+CalibrationResult analyze(const CalibrationFrames& frames, bool secondOpinion, const Interruption& interruption) {
   ProgressDisplay display;
   std::int64_t printed = 0;
   const auto report = [&](const CalibrationProgress& progress) {
@@ -80,7 +81,8 @@ CalibrationResult analyze(const CalibrationFrames& frames, const Interruption& i
     printed = progress.completed;
     display.print({fmt::format("{}/{}  {}", progress.completed, progress.total, text)});
   };
-  return CalibrationEngine::analyze(frames.files, report);
+  using CalibrationEngine::Opinions;
+  return CalibrationEngine::analyze(frames.files, report, secondOpinion ? Opinions::both : Opinions::documented);
 }
 
 std::set<UUID> includedCandidates(const CalibrateOptions& options, const CalibrationResult& result, double threshold) {
@@ -145,7 +147,7 @@ ExitStatus calibrate(const CalibrateOptions& options, const Context& context) {
   const CalibrationFrames frames = calibrationFrames(options.frames);
   checkOutputs(options, frames);
   try {
-    finish(options, analyze(frames, context.interruption), threshold);
+    finish(options, analyze(frames, options.secondOpinion, context.interruption), threshold);
   } catch (const DNGError& error) {
     throw CommandFailure(failureText(error, frames.folder), ForeignFrames::line(error, frames.files));
   }
@@ -172,6 +174,8 @@ void addCalibrate(Program& program) {
             "Include pixels from this confidence on, 50 to 100; otherwise 98");
   addOption(command, "--include", options->include, "preselected|all|none", "Which candidates are included")
       ->check(CLI::IsMember({"preselected", "all", "none"}).description(""));
+  command->add_flag("--second-opinion", options->secondOpinion,
+                    "Also look for soft shadows, weak columns and unsteady pixels; told in --result, never included");
   setAction(program, command, options, calibrate);
 }
 

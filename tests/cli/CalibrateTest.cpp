@@ -117,6 +117,27 @@ TEST_F(CalibrateTest, IncludesWhatItIsAskedTo) {
   EXPECT_GE(included({"--pixel-confidence", " 50% "}), included({"--include", "preselected"}));
 }
 
+TEST_F(CalibrateTest, TellsTheSecondOpinionOnlyWhenAsked) {
+  ASSERT_EQ(run({"calibrate", "frames", "--result", "result.json", "--include", "all"}).status, 0);
+  const auto alone = result();
+  ASSERT_EQ(run({"calibrate", "frames", "--result", "result.json", "--include", "all", "--second-opinion"}).status, 0);
+  auto both = result();
+  ASSERT_TRUE(both.contains("secondOpinion"));
+  EXPECT_EQ(both["included"].size(), both["candidates"].size()) << "findings are never included";
+  EXPECT_TRUE(std::ranges::any_of(both["secondOpinion"], [](const auto& one) {
+    return one["kind"] == "pixel" && one["x"] == 60 && one["yStart"] == 40 && one.contains("finder");
+  }));
+  both.erase("secondOpinion");
+  ASSERT_EQ(both["candidates"].size(), alone["candidates"].size());
+  for (std::size_t i = 0; i < both["candidates"].size(); ++i) {
+    EXPECT_FALSE(alone["candidates"][i].contains("confirmed"));
+    EXPECT_EQ(both["candidates"][i]["confirmed"], true);
+    both["candidates"][i].erase("confirmed");
+    both["candidates"][i]["id"] = alone["candidates"][i]["id"];
+  }
+  EXPECT_EQ(both.dump(), alone.dump());
+}
+
 TEST_F(CalibrateTest, WritesThePreviewAsPGM) {
   ASSERT_EQ(run({"calibrate", "frames", "--preview", "p.pgm"}).status, 0);
   const std::string picture = readText(folder / "p.pgm");
