@@ -140,7 +140,7 @@ class Analysis {
   void takeSecondOpinion() {
     const second::Step step = [this](const std::filesystem::path& url) {
       if (!url.empty()) ++completed_;
-      report("Looking closely at ", url.empty() ? closelyRead_ : url);
+      report(ProgressMessages::lookingClosely, url.empty() ? closelyRead_ : url);
       if (!url.empty()) closelyRead_ = url;
     };
     result_.secondOpinion =

@@ -92,5 +92,9 @@ std::string checkingPartialColumn(std::string_view file) {
   return sentence("Checking partial defective column in %@", file);
 }
 
+std::string lookingClosely(std::string_view file) {
+  return sentence("Looking closely at %@", file);
+}
+
 }  // namespace ProgressMessages
 }  // namespace tessaly

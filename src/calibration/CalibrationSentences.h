@@ -43,6 +43,7 @@ namespace ProgressMessages {
 [[nodiscard]] std::string reading(std::string_view file);
 [[nodiscard]] std::string analyzing(std::string_view file);
 [[nodiscard]] std::string checkingPartialColumn(std::string_view file);
+[[nodiscard]] std::string lookingClosely(std::string_view file);
 
 }  // namespace ProgressMessages
 }  // namespace tessaly
