@@ -83,13 +83,13 @@ void BatchViewController::layOut() {
   subtitle->setForegroundRole(QPalette::PlaceholderText);
   subtitle->setWordWrap(true);
   auto* choices = new QWidget;
-  auto* top = new QVBoxLayout(choices);
-  top->setContentsMargins(0, 0, 0, 0);
-  top->setSpacing(Metrics::grid);
-  top->addWidget(title);
-  top->addWidget(subtitle);
-  top->addSpacing(Metrics::groupSpacing);
-  top->addLayout(layOutChoices());
+  auto* parts = new QVBoxLayout(choices);
+  parts->setContentsMargins(0, 0, 0, 0);
+  parts->setSpacing(Metrics::grid);
+  parts->addWidget(title);
+  parts->addWidget(subtitle);
+  parts->addSpacing(Metrics::groupSpacing);
+  parts->addLayout(layOutChoices());
 
   // Where the window is too low for all of it, the choices scroll: what starts, stops and tells stays in view.
   auto* column = Controls::onGrid<QVBoxLayout>(Metrics::grid);
