@@ -5,7 +5,7 @@
 #include "presentation/BatchTexts.h"
 
 #include <algorithm>
-#include <optional>
+#include <iterator>
 #include <vector>
 
 namespace tessaly {
@@ -63,7 +63,22 @@ std::string paragraph(const Reason& reason) {
 std::string logLines(const BatchSummary& summary) {
   const std::string log =
       LF("Log: %@", {summary.logURL ? displayText(summary.logURL->native()) : L("No log generated")});
-  return summary.logError ? log + "\n" + LF("Log writing failed: %@", {*summary.logError}) : log;
+  return summary.logError ? log + "\n" + LF("Log writing failed: %@", {L(*summary.logError)}) : log;
+}
+
+/// What failed or was left out, a paragraph each; the help line of the failures goes into `help`.
+std::vector<std::string> paragraphs(const BatchSummary& summary, std::string& help) {
+  std::vector<Reason> reasons;
+  for (const BatchFailure& failure : summary.failures) {
+    const Told words = told(failure);
+    add(reasons, words.words, failure.filename);
+    if (help.empty()) help = words.help;
+  }
+  std::vector<std::string> result;
+  std::ranges::transform(reasons, std::back_inserter(result), paragraph);
+  std::ranges::transform(summary.unexamined, std::back_inserter(result), BatchTexts::unexamined);
+  std::ranges::transform(summary.unaccounted, std::back_inserter(result), BatchTexts::unaccounted);
+  return result;
 }
 
 }  // namespace
@@ -74,14 +89,8 @@ AlertPage batchEndPage(const BatchSummary& summary) {
   const std::string left = BatchTexts::filesLeft(summary);
   page.emphasis = LF("%d succeeded, %d failed, %d skipped", {summary.succeeded, summary.failed, summary.skipped});
   if (!left.empty()) page.emphasis += "\n" + left;
-  std::vector<Reason> reasons;
-  for (const BatchFailure& failure : summary.failures) {
-    const Told words = told(failure);
-    add(reasons, words.words, failure.filename);
-    if (page.note.empty()) page.note = words.help;
-  }
-  for (const Reason& reason : reasons)
-    page.details += (page.details.empty() ? "" : "\n\n") + paragraph(reason);
+  for (const std::string& part : paragraphs(summary, page.note))
+    page.details += (page.details.empty() ? "" : "\n\n") + part;
   page.last = logLines(summary);
   return page;
 }

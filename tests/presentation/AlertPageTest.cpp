@@ -47,6 +47,16 @@ TEST_F(BatchEndPage, SaysHowManyFilesAStoppedBatchLeaves) {
   EXPECT_EQ(batchEndPage(summary).emphasis, "3 succeeded, 0 failed, 0 skipped\n2 files are left.");
 }
 
+TEST_F(BatchEndPage, TellsWhatWasLeftOutToo) {
+  BatchSummary summary;
+  summary.failures = {failure("a.dng", RejectionReason::damaged)};
+  summary.unexamined = {{"b.dng", "Input/output error"}};
+  summary.unaccounted = {{"c.dng", ""}};
+  const std::string details = batchEndPage(summary).details;
+  EXPECT_THAT(details, HasSubstr("\n\n" + BatchTexts::unexamined(summary.unexamined[0]) + "\n\n"));
+  EXPECT_THAT(details, testing::EndsWith(BatchTexts::unaccounted(summary.unaccounted[0])));
+}
+
 TEST_F(BatchEndPage, OfASuccessHasTheLogAndNothingElse) {
   BatchSummary summary;
   summary.logURL = "/out/Repair Log.csv";

@@ -10,10 +10,10 @@
 namespace tessaly {
 namespace {
 
-constexpr int linesOfPath = 2;
 constexpr int fewestDetails = 3;  // lines that are in view on any screen
 
 void setFixedText(LocalizedLabel& label, int width) {
+  label.setWidestWord(width);
   label.setFixedSize(width, label.hasHeightForWidth() ? label.heightForWidth(width) : label.sizeHint().height());
 }
 

@@ -138,6 +138,7 @@ void AlertSheet::fitToPage() {
 // Room for the whole text, as far as the screen allows; beyond that it scrolls.
 void AlertSheet::fitToText() {
   QWidget* content = scrollArea_->widget();
+  text_->setWidestWord(Metrics::scaled(widest));
   const int natural = content->sizeHint().width();
   const int preferred =
       text_->fontMetrics()

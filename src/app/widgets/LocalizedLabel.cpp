@@ -65,6 +65,11 @@ void LocalizedLabel::setLines(int lines, Elision elision) {
   showText();
 }
 
+void LocalizedLabel::setWidestWord(int width) {
+  widestWord_ = width;
+  showText();
+}
+
 void LocalizedLabel::announce() {
   QAccessibleEvent event(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
@@ -92,7 +97,7 @@ void LocalizedLabel::changeEvent(QEvent* event) {
 
 void LocalizedLabel::copy() {
   if (!hasSelectedText()) return;
-  const bool isAll = lines_ > 0 && selectedText().size() == text().size();
+  const bool isAll = selectedText().size() == text().size();
   QApplication::clipboard()->setText(isAll ? full_ : selectedText());
 }
 
@@ -106,7 +111,7 @@ void LocalizedLabel::keyPressEvent(QKeyEvent* event) {
 }
 
 void LocalizedLabel::showText() {
-  if (lines_ == 0) return setText(full_);
+  if (lines_ == 0) return setText(widestWord_ > 0 ? brokenText(full_, font(), widestWord_) : full_);
   const QString fitted = fittedText(full_, font(), contentsRect().width(), lines_, elision_);
   setText(fitted);
   setAccessibleName(full_);

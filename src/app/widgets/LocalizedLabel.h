@@ -40,6 +40,9 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   /// Keeps the label `lines` high whatever it says; what does not fit is elided and stands in the tool tip.
   void setLines(int lines, Elision elision);
 
+  /// Breaks words that are wider than this; the label wraps at its words already.
+  void setWidestWord(int width);
+
   /// Whether the label says by itself, in its tool tip, what it has no room for.
   [[nodiscard]] bool keepsToolTip() const { return lines_ > 0; }
 
@@ -77,6 +80,7 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   QString detail_;
   int lines_ = 0;  ///< 0: as many as the text needs
   Elision elision_ = Elision::end;
+  int widestWord_ = 0;  ///< 0: words are not broken
   double relativeSize_ = 1;
   bool bold_ = false;
 };

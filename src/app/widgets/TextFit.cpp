@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QTextLayout>
 #include <QTextOption>
+#include <algorithm>
+#include <limits>
 
 namespace tessaly {
 namespace {
@@ -26,6 +28,11 @@ Qt::TextElideMode mode(Elision elision) {
   return elision == Elision::middle ? Qt::ElideMiddle : Qt::ElideRight;
 }
 
+bool hasLongWord(const QString& paragraph, const QFontMetrics& metrics, int width) {
+  const QStringList words = paragraph.split(QLatin1Char(' '));
+  return std::ranges::any_of(words, [&](const QString& word) { return metrics.horizontalAdvance(word) > width; });
+}
+
 }  // namespace
 
 QString fittedText(const QString& text, const QFont& font, int width, int lines, Elision elision) {
@@ -39,6 +46,15 @@ QString fittedText(const QString& text, const QFont& font, int width, int lines,
   }
   fitted << metrics.elidedText(rest, mode(elision), width);
   return fitted.join(QLatin1Char('\n'));
+}
+
+QString brokenText(const QString& text, const QFont& font, int width) {
+  const QFontMetrics metrics(font);
+  QStringList paragraphs = text.split(QLatin1Char('\n'));
+  for (QString& paragraph : paragraphs)
+    if (hasLongWord(paragraph, metrics, width))
+      paragraph = fittedText(paragraph, font, width, std::numeric_limits<int>::max(), Elision::end);
+  return paragraphs.join(QLatin1Char('\n'));
 }
 
 }  // namespace tessaly

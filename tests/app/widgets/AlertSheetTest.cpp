@@ -125,6 +125,17 @@ TEST_F(AlertSheets, ShowNamesAsTheyAre) {
   EXPECT_EQ(labels()[0]->textFormat(), Qt::PlainText);
 }
 
+TEST_F(AlertSheets, BreakAPathThatIsWiderThanTheyAre) {
+  const std::string path = "/" + std::string(200, 'w') + "/photographs";
+  Alert alert;
+  alert.text = [path] { return "Saved\n\n" + path; };
+  show(alert);
+  const LocalizedLabel& label = *labels()[0];
+  for (const QString& line : label.text().split(QLatin1Char('\n')))
+    EXPECT_LE(label.fontMetrics().horizontalAdvance(line), label.width());
+  EXPECT_EQ(label.stringValue(), "Saved\n\n" + path);
+}
+
 TEST_F(AlertSheets, LetTheirTextBeSelected) {
   show(question());
   ASSERT_EQ(labels().size(), 2);
