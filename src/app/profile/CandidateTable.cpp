@@ -45,7 +45,7 @@ void CandidateTable::setUpHeader() {
 
 // The reason takes what the other columns leave, but never less than it can be told by; then the table scrolls.
 void CandidateTable::fitReason() {
-  constexpr int fewestCharacters = 24;
+  constexpr int fewestCharacters = 12;
   const QHeaderView& header = *horizontalHeader();
   const int others = header.sectionPosition(CandidateTableModel::reason);
   const int least = fontMetrics().averageCharWidth() * fewestCharacters;

@@ -23,7 +23,7 @@ struct CandidateColumn {
 
 /// The one list of columns, in the order of CandidateTableModel::Column.
 inline constexpr std::array candidateColumns{
-    CandidateColumn{"Include", 64},          CandidateColumn{"Kind", 100}, CandidateColumn{"Position", 128},
+    CandidateColumn{"Include", 56},          CandidateColumn{"Kind", 96},  CandidateColumn{"Position", 128},
     CandidateColumn{"Confidence", 84, true}, CandidateColumn{"Reason", 0},
 };
 
