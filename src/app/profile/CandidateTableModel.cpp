@@ -121,11 +121,11 @@ QVariant CandidateTableModel::headerData(int section, Qt::Orientation orientatio
 
 QString CandidateTableModel::reasonText(int row) const {
   const CalibrationCandidate& candidate = store_.at(row);
-  QString& reason = reasons_[toQt(candidate.reason)];
-  if (reason.isEmpty()) reason = toQt(CandidateTexts::reason(candidate));
+  QString& words = reasons_[toQt(candidate.reason)];
+  if (words.isEmpty()) words = toQt(CandidateTexts::reason(candidate));
   const auto column = insideColumns_.find(candidate.id);
-  if (column == insideColumns_.end()) return reason;
-  return toQt(DuplicateColumns::mark(column->second, store_.metadata())) + QStringLiteral(" · ") + reason;
+  if (column == insideColumns_.end()) return words;
+  return toQt(DuplicateColumns::mark(column->second, store_.metadata())) + QStringLiteral(" · ") + words;
 }
 
 void CandidateTableModel::findDuplicates() {
