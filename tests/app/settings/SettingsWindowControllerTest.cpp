@@ -117,13 +117,11 @@ TEST_F(Settings, SetAsideAProfileThatCannotBeRead) {
   saveProfile("Body");
   window.showWindow();
   EXPECT_FALSE(window.profileFailure->isVisible());
-  const int height = window.height();
   const std::filesystem::path broken = ProfileStore::directory() / "broken.json";
   std::ofstream(broken) << "{";
   prefs.notify();
   ASSERT_TRUE(window.setAsideButton->isVisible());
   EXPECT_TRUE(window.profileFailure->stringValue().starts_with("Unable to load camera profiles: " + broken.native()));
-  EXPECT_GT(window.height(), height);
   window.setAsideButton->click();
   EXPECT_FALSE(window.setAsideButton->isVisible());
   EXPECT_FALSE(window.profileFailure->isVisible());
