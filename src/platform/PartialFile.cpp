@@ -164,19 +164,19 @@ void PartialFile::synchronizeAndDropCache() {
 }
 
 void PartialFile::moveTo(const std::filesystem::path& destination) {
-  takeName([&] { atDestination(folderOf(path_), [&] { moveWithoutReplacing(system_, path_, destination); }); });
+  takeName([&] { moveWithoutReplacing(system_, path_, destination); });
   becameFinal(destination);
 }
 
 void PartialFile::replace(const std::filesystem::path& destination) {
-  takeName([&] { ask([&] { return system_.renameReplacing(path_, destination); }); });
+  takeName([&] { callSystem([&] { return system_.renameReplacing(path_, destination); }); });
   becameFinal(destination);
 }
 
 template <typename Rename>
 void PartialFile::takeName(Rename rename) {
   const std::lock_guard guard(Temporaries::all().lock);
-  rename();
+  atDestination(folderOf(path_), rename);
   isTemporary_ = false;
   Temporaries::all().files.erase(this);
 }

@@ -1,5 +1,6 @@
 #include "platform/SameEntry.h"
 
+#include "platform/Paths.h"
 #include "platform/Text.h"
 
 #include <fcntl.h>
@@ -35,9 +36,8 @@ fs::path resolved(const fs::path& path) {
   std::error_code error;
   if (fs::is_symlink(path, error) && !fs::exists(path, error))
     return fs::weakly_canonical(path.parent_path() / fs::read_symlink(path, error), error);
-  fs::path absolute = fs::absolute(path, error).lexically_normal();
+  const fs::path absolute = standardizedSpelling(fs::absolute(path, error));
   if (error) return path;
-  if (!absolute.has_filename() && absolute.has_relative_path()) absolute = absolute.parent_path();
   fs::path canonical = fs::weakly_canonical(absolute, error);
   return error ? absolute : canonical;
 }

@@ -141,7 +141,8 @@ std::string message(const BatchFailure& failure) {
 std::string description(const BatchFailure& failure) {
   const bool isSentence = !failure.filename.empty() || !failure.obstacle || hasDestinationSentence(failure);
   if (isSentence) return message(failure);
-  return displayName(failure.obstacle->place) + ": " + message(failure);
+  const std::string place = displayName(failure.obstacle->place);
+  return (place.empty() ? "\"\"" : place) + ": " + message(failure);
 }
 
 std::string unexamined(const BatchOmission& entry) {

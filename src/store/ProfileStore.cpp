@@ -108,7 +108,8 @@ std::vector<fs::path> files() {
 std::optional<fs::path> earlierFileOf(const fs::path& file) {
   fs::path earlier = legacyDirectory() / file.filename();
   std::error_code error;
-  if (!isProfileFileName(earlier.filename()) || !fs::is_regular_file(earlier, error)) return std::nullopt;
+  const bool isCopied = isProfileFileName(earlier.filename()) && isMissing(asideOf(directory() / earlier.filename()));
+  if (!isCopied || !fs::is_regular_file(earlier, error)) return std::nullopt;
   return earlier;
 }
 

@@ -47,17 +47,17 @@ class CalibrateTest : public ProgramTest {
   }
 
   static void writeFrames(const fs::path& target) {
+    const tools::SensorSimulator sensor = body();
     std::uint64_t number = 0;
     for (const std::int64_t iso : {100, 200}) {
-      writeGroup(target, {iso, {1, 60}}, tools::flatField(284, 72, 0.5), number);
-      writeGroup(target, {iso, {1, 4}}, tools::darkness(), number);
+      writeGroup(sensor, target, {iso, {1, 60}}, tools::flatField(284, 72, 0.5), number);
+      writeGroup(sensor, target, {iso, {1, 4}}, tools::darkness(), number);
     }
   }
 
   /// `number` counts the frames that were written before.
-  static void writeGroup(const fs::path& target, const tools::Exposure& exposure, const tools::Scene& scene,
-                         std::uint64_t& number) {
-    static const tools::SensorSimulator sensor = body();
+  static void writeGroup(const tools::SensorSimulator& sensor, const fs::path& target, const tools::Exposure& exposure,
+                         const tools::Scene& scene, std::uint64_t& number) {
     for (int i = 0; i < 3; ++i) {
       const auto samples = sensor.render(scene, exposure, ++number, tools::Condition::damaged);
       sensor.file(exposure, samples).write(target / ("IMG_" + std::to_string(number) + ".dng"));
@@ -304,21 +304,17 @@ TEST_F(CalibrateTest, TellsThatOneColumnLiesInsideAnother) {
   tools::PlantedDefects defects;
   defects.lines.push_back({150, 0, 399, 1, 0.02});
   const tools::SensorSimulator broken(sensor, defects);
+  fs::create_directory(folder / "broken");
   std::uint64_t number = 0;
   for (const std::int64_t iso : {100, 200}) {
-    for (int i = 0; i < 6; ++i) {
-      const tools::Exposure exposure{
-          iso, i < 3 ? std::pair<std::int64_t, std::int64_t>{1, 60} : std::pair<std::int64_t, std::int64_t>{1, 4}};
-      const auto scene = i < 3 ? tools::flatField(300, 400, 0.5) : tools::darkness();
-      const auto samples = broken.render(scene, exposure, ++number, tools::Condition::damaged);
-      broken.file(exposure, samples).write(folder / ("C_" + std::to_string(number) + ".dng"));
-    }
+    writeGroup(broken, folder / "broken", {iso, {1, 60}}, tools::flatField(300, 400, 0.5), number);
+    writeGroup(broken, folder / "broken", {iso, {1, 4}}, tools::darkness(), number);
   }
-  fs::remove_all(frames);
-  const ProgramResult printed =
-      run({"calibrate", ".", "--name", "x", "--save", "--include", "all", "--result", "result.json"});
-  EXPECT_EQ(printed.output, result()["candidates"].dump(1));
-  EXPECT_EQ(printed.errors, "");
+  const ProgramResult printed = run({"calibrate", "broken", "--name", "x", "--save", "--include", "all"});
+  EXPECT_THAT(linesOf(printed.output), ElementsAre(StartsWith("Complete: 6 bright-field, 6 dark, ")));
+  const auto lines = linesOf(printed.errors);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), "One column lies inside another."), 2) << "saved, and found";
+  EXPECT_THAT(run({"calibrate", "frames"}).errors, testing::Not(HasSubstr("lies inside"))) << "there are none";
 }
 
 TEST_F(CalibrateTest, StopsAtOnceOnCtrlC) {

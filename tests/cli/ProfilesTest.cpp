@@ -264,6 +264,11 @@ TEST_F(ProfilesTest, OfTheEarlierApplicationComeBackWhenTheyAreDeleted) {
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.errors, "This profile comes back: it also lies in " + earlier.string() + "\n");
   EXPECT_TRUE(fs::exists(earlier));
+  const std::string aside = earlier.filename().string() + ".unreadable";
+  store(profile);
+  writeText(folderOfStore / aside, "{");
+  EXPECT_EQ(run({"profiles", "delete", "Body 2"}).errors, "") << "what was set aside is not copied again";
+  EXPECT_THAT(run({"profiles", "delete", aside}).errors, StartsWith("This profile comes back: "));
   fs::remove(earlier);
   store(profile);
   EXPECT_EQ(run({"profiles", "delete", "Body 2"}).errors, "");
