@@ -108,7 +108,7 @@ TEST_P(Faults, OfTheDestinationSayThatTheyAre) {
        {Call::createFolders, Call::createNew, Call::writeAt, Call::synchronize, Call::renameWithoutReplacing}) {
     tests::FailingFileSystem broken;
     broken.fail(call, EROFS);
-    const CopyRequest request{folder / "other" / "copy.dng", samples, {}, false, std::nullopt};
+    const CheckedCopyRequest request(source, {folder / "other" / "copy.dng", samples, {}, false, std::nullopt});
     std::vector<std::byte> buffer(copyBufferSize);
     try {
       writeCopy(SourceImage(source), request, buffer, broken);
