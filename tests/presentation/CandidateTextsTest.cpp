@@ -67,7 +67,7 @@ TEST_F(CandidateTextsTest, NameTheKindInTheLanguageOfTheInterface) {
 TEST_F(CandidateTextsTest, HaveATranslatedNameForEachKind) {
   for (const Kind kind : CandidateTexts::kinds) {
     const std::string_view name = CandidateTexts::name(kind);
-    EXPECT_TRUE(Localization::findEntry([&](const auto& entry) { return entry.english == name; })) << name;
+    EXPECT_TRUE(Localization::findEntry([&](const auto& entry) { return entry.english() == name; })) << name;
   }
 }
 
