@@ -1,6 +1,6 @@
 // What is added by hand in the profile creation tab, and what is taken away again.
 #include "app/support/CalibrationTab.h"
-#include "calibration/review/CandidateSelection.h"
+#include "calibration/review/Preselection.h"
 
 #include <gmock/gmock.h>
 
