@@ -87,6 +87,7 @@ TEST_P(Editing, CopiesWhatIsSelectedOfALabel) {
   for (LocalizedLabel* label : {window().calibration().statusLabel, window().calibration().folderLabel,
                                 window().batch().statusLabel, window().batch().outputLabel}) {
     focus(*label);
+    ASSERT_TRUE(waitUntil([&] { return !label->text().isEmpty(); })) << "nothing before the tab is laid out";
     EXPECT_EQ(enabled(), (std::vector<bool>{false, true, false, true}));
     give(copy);
     EXPECT_EQ(clipboard(), "from elsewhere") << "nothing is selected";
