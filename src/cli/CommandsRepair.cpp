@@ -66,7 +66,8 @@ BatchOptions batchOptions(const RepairOptions& options) {
 fs::path outputFolder(const RepairOptions& options, const Sources& sources) {
   if (options.output) return *options.output;
   if (sources.isFolder) return BatchStart::outputFolder(std::nullopt, sources.source);
-  return defaultOutputFolder(fs::absolute(sources.source).parent_path());
+  std::error_code error;  // of an empty path, which the batch itself refuses
+  return defaultOutputFolder(fs::absolute(sources.source, error).parent_path());
 }
 
 /// The summary must replace neither what is read nor the copies that this very run makes.
