@@ -36,10 +36,11 @@ fs::path resolved(const fs::path& path) {
   std::error_code error;
   if (fs::is_symlink(path, error) && !fs::exists(path, error))
     return fs::weakly_canonical(path.parent_path() / fs::read_symlink(path, error), error);
-  const fs::path absolute = standardizedSpelling(fs::absolute(path, error));
+  const fs::path absolute = fs::absolute(path, error);
   if (error) return path;
-  fs::path canonical = fs::weakly_canonical(absolute, error);
-  return error ? absolute : canonical;
+  // By the system first: behind a link ".." leads elsewhere than its spelling says.
+  const fs::path canonical = fs::weakly_canonical(absolute, error);
+  return error ? standardizedSpelling(absolute) : withoutTrailingSlash(canonical);
 }
 
 /// The other case for each letter that has one in ASCII, which every folding folder folds.

@@ -227,7 +227,7 @@ TEST_F(RepairTest, NamesEntriesThatCannotBeLookedAtAndFails) {
     fs::create_directories(way), fs::permissions(way, fs::perms::all);
   fs::permissions(photos, fs::perms::group_read | fs::perms::others_read);  // names, but nothing about them
   const ProgramResult result = run({"repair", "photos", "--profile", "p.json", "--output", "out"}, [] {
-    if (setresuid(65534, 65534, 65534) != 0) _exit(125);
+    if (setresgid(65534, 65534, 65534) != 0 || setresuid(65534, 65534, 65534) != 0) _exit(125);
   });
   fs::permissions(photos, fs::perms::all);
   EXPECT_EQ(result.status, 1);
