@@ -1,6 +1,7 @@
 #include "tools/DNGBuilder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <stdexcept>
 
@@ -12,6 +13,7 @@ constexpr int typeShort = 3;
 constexpr int typeLong = 4;
 constexpr int typeRational = 5;
 constexpr int typeUndefined = 7;
+constexpr int typeSignedRational = 10;
 
 constexpr int tagStripOffsets = 273;
 constexpr int tagTileOffsets = 324;
@@ -32,6 +34,14 @@ TIFFValues shortOrLong(std::int64_t number) {
 
 TIFFValues shorts(const std::vector<std::uint16_t>& numbers) {
   return {typeShort, {numbers.begin(), numbers.end()}};
+}
+
+template <std::size_t count>
+TIFFValues tenThousandths(int type, const std::array<double, count>& numbers) {
+  TIFFValues values{type, {}};
+  for (const double number : numbers)
+    values.numbers.insert(values.numbers.end(), {std::llround(number * 10000), 10000});
+  return values;
 }
 
 std::int64_t colourNumber(char letter) {
@@ -144,6 +154,15 @@ DNGBuilder& DNGBuilder::activeArea(std::int64_t top, std::int64_t left, std::int
 DNGBuilder& DNGBuilder::crop(std::int64_t x, std::int64_t y, std::int64_t width, std::int64_t height) {
   rawTag(50719, {typeLong, {x, y}});
   return rawTag(50720, {typeLong, {width, height}});
+}
+
+DNGBuilder& DNGBuilder::neutral(const std::array<double, 3>& white) {
+  return firstTag(50728, tenThousandths(typeRational, white));
+}
+
+DNGBuilder& DNGBuilder::colourMatrix(const std::array<double, 9>& fromXYZ, int illuminant) {
+  firstTag(50778, {typeShort, {illuminant}});
+  return firstTag(50721, tenThousandths(typeSignedRational, fromXYZ));
 }
 
 DNGBuilder& DNGBuilder::make(const std::string& text) {

@@ -13,6 +13,7 @@
 #include "tools/SegmentPacker.h"
 #include "tools/TIFFLayout.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -44,6 +45,11 @@ class DNGBuilder {
   DNGBuilder& white(std::int64_t level);
   DNGBuilder& activeArea(std::int64_t top, std::int64_t left, std::int64_t bottom, std::int64_t right);
   DNGBuilder& crop(std::int64_t x, std::int64_t y, std::int64_t width, std::int64_t height);
+
+  /// AsShotNeutral: what a white surface gives in the raw image; red, green, blue.
+  DNGBuilder& neutral(const std::array<double, 3>& white);
+  /// ColorMatrix1, row after row, and the illuminant (a light source as Exif numbers them) for which it holds.
+  DNGBuilder& colourMatrix(const std::array<double, 9>& fromXYZ, int illuminant);
 
   DNGBuilder& make(const std::string& text);
   DNGBuilder& model(const std::string& text);        ///< Model

@@ -1,6 +1,7 @@
 #include "tools/SampleCamera.h"
 
 #include <array>
+#include <utility>
 
 namespace tessaly::tools {
 namespace {
@@ -17,6 +18,17 @@ struct Series {
 // reaches that; with three to eight it does below one hot pixel in fifty. Dark frames have next to no noise.
 constexpr int brightFramesPerSetting = 9;
 constexpr int darkFramesPerSetting = 3;
+
+/// The scenes' colours are those of linear sRGB, so the camera's are these, each through its filter.
+constexpr std::array<double, 9> sRGBFromXYZ{3.2406, -1.5372, -0.4986, -0.9689, 1.8758, 0.0415, 0.0557, -0.2040, 1.0570};
+constexpr int daylightD65 = 21;  // the white of sRGB
+
+std::array<double, 9> cameraFromXYZ(const SensorDescription& sensor) {
+  std::array<double, 9> matrix = sRGBFromXYZ;
+  for (std::size_t i = 0; i < matrix.size(); ++i)
+    matrix[i] *= sensor.sensitivity[i / 3];
+  return matrix;
+}
 
 void append(std::vector<PlannedFrame>& frames, const Series& series, int count) {
   for (int i = 1; i <= count; ++i) {
@@ -51,6 +63,13 @@ std::vector<PlannedFrame> photographFrames(const SensorDescription& sensor) {
                       firstPhotographNumber + i});
   }
   return frames;
+}
+
+DNGBuilder frameFile(const SensorSimulator& sensor, const PlannedFrame& frame, Condition condition) {
+  const SensorDescription& body = sensor.description();
+  DNGBuilder file = sensor.file(frame.exposure, sensor.render(frame.scene, frame.exposure, frame.number, condition));
+  if (body.cfa.empty()) return file;
+  return std::move(file.neutral(body.sensitivity).colourMatrix(cameraFromXYZ(body), daylightD65));
 }
 
 }  // namespace tessaly::tools

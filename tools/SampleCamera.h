@@ -1,5 +1,5 @@
-// The frames that the sample set consists of: which scene, how exposed, under which name. Tests and benchmarks of the
-// calibration use the same frames without writing them.
+// The frames that the sample set consists of: which scene, how exposed, under which name, and their files. Tests and
+// benchmarks of the calibration use the same frames without writing them.
 #pragma once
 
 #include "tools/SensorSimulator.h"
@@ -22,5 +22,8 @@ struct PlannedFrame {
 
 /// Six photographs, smooth and textured ones, exposed long enough for hot pixels to show.
 [[nodiscard]] std::vector<PlannedFrame> photographFrames(const SensorDescription& sensor);
+
+/// The file of a frame, with the colours that raw developers need to render it.
+[[nodiscard]] DNGBuilder frameFile(const SensorSimulator& sensor, const PlannedFrame& frame, Condition condition);
 
 }  // namespace tessaly::tools

@@ -14,8 +14,7 @@
 namespace tessaly::tools {
 namespace {
 
-// A set made by another version of this program may have other file names, which would stay between the new ones; so
-// the number grows with every change of what is written.
+// A set with other file names would stay between the new files; so the number grows when a name changes.
 constexpr std::string_view markerLine = "Tessaly sample set 1";
 
 constexpr std::string_view explanation = R"(
@@ -51,8 +50,7 @@ void prepare(const std::filesystem::path& folder, const SampleSetFolders& set) {
 
 void writeFrame(const std::filesystem::path& folder, const SensorSimulator& sensor, const PlannedFrame& frame,
                 Condition condition) {
-  const std::filesystem::path path = folder / (frame.name + ".dng");
-  sensor.file(frame.exposure, sensor.render(frame.scene, frame.exposure, frame.number, condition)).write(path);
+  frameFile(sensor, frame, condition).write(folder / (frame.name + ".dng"));
 }
 
 }  // namespace

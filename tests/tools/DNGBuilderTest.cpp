@@ -166,6 +166,15 @@ TEST(DNGBuilder, WritesIsoAndExposureIntoTheExifDirectory) {
   EXPECT_EQ(slice(file, pointerIn(file, exif, 33434), 8), bytesOf({1, 0, 0, 0, 125, 0, 0, 0}));
 }
 
+TEST(DNGBuilder, WritesTheColoursOfACamera) {
+  const Bytes file = DNGBuilder().neutral({0.5, 1, 0.75}).colourMatrix({2, -0.5, 0, 0, 1, 0, 0, 0, 1}, 21).build();
+  EXPECT_EQ(slice(file, entryOffset(file, 8, 50778), 10), bytesOf({0x5A, 0xC6, 3, 0, 1, 0, 0, 0, 21, 0}));
+  EXPECT_EQ(slice(file, entryOffset(file, 8, 50728), 8), bytesOf({0x28, 0xC6, 5, 0, 3, 0, 0, 0}));
+  EXPECT_EQ(slice(file, pointerIn(file, 8, 50728), 8), bytesOf({0x88, 0x13, 0, 0, 0x10, 0x27, 0, 0}));
+  EXPECT_EQ(slice(file, entryOffset(file, 8, 50721), 8), bytesOf({0x21, 0xC6, 10, 0, 9, 0, 0, 0}));
+  EXPECT_EQ(slice(file, pointerIn(file, 8, 50721) + 8, 8), bytesOf({0x78, 0xEC, 0xFF, 0xFF, 0x10, 0x27, 0, 0}));
+}
+
 TEST(DNGBuilder, ACallWinsOverAGeneratedEntry) {
   const Bytes file = DNGBuilder().size(8, 6).rawTag(256, {3, {77}}).build();
   EXPECT_EQ(slice(file, entryOffset(file, 8, 256), 10), bytesOf({0, 1, 3, 0, 1, 0, 0, 0, 77, 0}));
