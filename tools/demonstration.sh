@@ -24,7 +24,7 @@ say "(The missed spot is a thin one: it is among the candidates, but only what i
 say "3. The photographs, repaired with that profile"
 cli repair "$sample/photographs" --profile "Sample body"
 
-say "4. How far the defective samples are from the undamaged scene, in raw units"
+say "4. How far the samples of each kind of defect are from the undamaged scene, in raw units"
 "$programs/tessaly-sample-report" "$sample" --repaired "$sample/photographs/Tessaly Results"
 
 say "5. The log"
