@@ -133,6 +133,7 @@ void AlertSheet::fitToPage() {
   const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen);
   page_->fit(Metrics::scaled(widest), limit);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
+  layout()->activate();  // its size decides where the window is put
 }
 
 // Room for the whole text, as far as the screen allows; beyond that it scrolls.

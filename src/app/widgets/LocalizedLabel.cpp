@@ -60,7 +60,7 @@ void LocalizedLabel::setLines(int lines, Elision elision) {
   lines_ = lines;
   elision_ = elision;
   setTextInteractionFlags(Qt::TextSelectableByMouse);
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   setAlignment(lines > 1 ? Qt::AlignLeft | Qt::AlignTop : Qt::AlignLeft | Qt::AlignVCenter);
   showText();
 }

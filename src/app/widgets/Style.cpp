@@ -152,13 +152,12 @@ void drawCheckBox(const QStyleOption& option, QPainter& painter) {
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                               const QWidget* widget) const {
   const QSize plain = QProxyStyle::sizeFromContents(type, option, size, widget);
-  const int margin = Metrics::scaled(Metrics::buttonMargin);
   const QSize target(0, Metrics::targetHeight);
   switch (type) {
     case CT_PushButton:
-      return (plain + QSize(margin, 0)).expandedTo(target);
+      return (plain + QSize(Metrics::buttonMargin, 0)).expandedTo(target);
     case CT_TabBarTab:
-      return (plain + QSize(margin, 0)).expandedTo({0, Metrics::scaled(Metrics::tabHeight)});
+      return (plain + QSize(Metrics::buttonMargin, 0)).expandedTo({0, Metrics::scaled(Metrics::tabHeight)});
     case CT_CheckBox:
     case CT_ComboBox:
     case CT_LineEdit:
