@@ -76,7 +76,7 @@ TEST_F(Language, IsThatOfTheToolkitsPanelsToo) {
   EXPECT_EQ(types(), "Folder");
   speak(AppLanguage::french);
   EXPECT_EQ(types(), "Dossier");
-  EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:").toStdString(), "Voir dans :");
+  EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:").toStdString(), "Voir dans :");
   speak(AppLanguage::chinese);
   EXPECT_EQ(types(), "文件夹");
   speak(AppLanguage::english);

@@ -30,6 +30,7 @@ QWidget* row(std::initializer_list<QWidget*> widgets, QWidget* stretched) {
 /// Buttons and the path that was chosen by them; the path goes below where there is no room beside them.
 QWidget* pathRow(std::initializer_list<QWidget*> widgets) {
   auto* result = new QWidget;
+  result->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   auto* line = new WrapLayout(result);
   line->setLastStretches();
   for (QWidget* widget : widgets)

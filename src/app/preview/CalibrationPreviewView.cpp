@@ -123,25 +123,33 @@ QRectF CalibrationPreviewView::imageArea() const {
 void CalibrationPreviewView::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   painter.fillRect(viewport()->rect(), QColor::fromRgb(MeaningColor::previewBackground));
-  if (!hasPreview()) return paintEmpty(painter);
+  if (!hasPreview()) paintEmpty(painter);
   painter.scale(1 / ratio(), 1 / ratio());
+  hasPreview() ? paintPicture(painter) : paintFocus(painter);
+}
+
+void CalibrationPreviewView::paintPicture(QPainter& painter) {
   const PreviewTransform transform = navigation_.transform();
   picture_.draw(painter, transform, deviceView());
   drawMarkers(painter, {store_, index_, selected_}, transform, deviceView());
   if (guide_) drawGuide(painter, *guide_, transform, imageArea() & deviceView());
-  paintFrames(painter);
+  constexpr QColor shade(0, 0, 0, 120);
+  if (dimmed_) painter.fillRect(deviceView(), shade);
+  paintFocus(painter);
 }
 
-void CalibrationPreviewView::paintFrames(QPainter& painter) const {
-  constexpr QColor shade(0, 0, 0, 120);
-  constexpr double focusWidth = 2;
-  if (dimmed_) painter.fillRect(deviceView(), shade);
+// White beside dark: seen on the grey and on any picture.
+void CalibrationPreviewView::paintFocus(QPainter& painter) const {
   if (!hasFocus()) return;
-  const double half = focusWidth * ratio() / 2;
+  const double width = 2 * ratio();
   painter.setRenderHint(QPainter::Antialiasing, false);
-  painter.setPen(QPen(palette().color(QPalette::Highlight), 2 * half, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
   painter.setBrush(Qt::NoBrush);
-  painter.drawRect(deviceView().adjusted(half, half, -half, -half));
+  const auto drawFrame = [&](QRgb color, double inset) {
+    painter.setPen(QPen(QColor::fromRgba(color), width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(deviceView().adjusted(inset, inset, -inset, -inset));
+  };
+  drawFrame(MeaningColor::previewText, width / 2);
+  drawFrame(MeaningColor::halo, width * 3 / 2);
 }
 
 void CalibrationPreviewView::paintEmpty(QPainter& painter) const {

@@ -91,7 +91,8 @@ class CalibrationPreviewView : public QAbstractScrollArea, public FollowsLanguag
   bool handleCandidateKey(const QKeyEvent& event);
   void showToolTip(QPoint widget, QPoint global);
   void paintEmpty(QPainter& painter) const;
-  void paintFrames(QPainter& painter) const;
+  void paintPicture(QPainter& painter);
+  void paintFocus(QPainter& painter) const;
   void navigationChanged();
   void updateScrollBars();
   void updateCursor();

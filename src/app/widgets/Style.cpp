@@ -4,10 +4,12 @@
 #include "app/widgets/Theme.h"
 
 #include <QAbstractItemView>
+#include <QComboBox>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
 #include <QStyleOptionButton>
+#include <QTabBar>
 #include <algorithm>
 
 namespace tessaly {
@@ -72,11 +74,26 @@ void drawFieldFrame(const QStyleOption& option, QPainter& painter, double radius
   }
 }
 
-/// On the main button the highlight itself would not be seen.
-void drawFocus(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
-  const auto* button = qobject_cast<const QPushButton*>(widget);
-  const auto role = button && button->isDefault() ? QPalette::HighlightedText : QPalette::Highlight;
-  drawFrame(option.rect, option.palette.color(role), painter);
+/// Around a control; on the main button, where the highlight itself would not be seen, inside it.
+void drawFocus(const QStyleOption& option, QPainter& painter) {
+  constexpr int inset = 3;
+  const bool isMain = isMainButton(&option);
+  const QRect rect = isMain ? option.rect.adjusted(inset, inset, -inset, -inset) : option.rect;
+  drawFrame(rect, option.palette.color(isMain ? QPalette::HighlightedText : QPalette::Highlight), painter);
+}
+
+/// Controls of which Fusion shows the focus only once it has been moved by keys.
+bool showsFocusItself(const QWidget* widget) {
+  return !qobject_cast<const QAbstractButton*>(widget) && !qobject_cast<const QComboBox*>(widget) &&
+         !qobject_cast<const QTabBar*>(widget);
+}
+
+bool isWholeControl(QStyle::ControlElement element) {
+  return element == QStyle::CE_PushButton || element == QStyle::CE_CheckBox || element == QStyle::CE_TabBarTab;
+}
+
+bool isWholeControl(QStyle::ComplexControl control) {
+  return control == QStyle::CC_ComboBox || control == QStyle::CC_ToolButton;
 }
 
 QRectF grooveOf(const QStyleOptionSlider& slider, const QRect& room) {
@@ -173,6 +190,7 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
   if (element != CE_PushButtonLabel || !isMainButton(option)) {
     QProxyStyle::drawControl(element, option, painter, widget);
     if (element == CE_ProgressBarContents) drawEdge(*option, *painter);
+    if (isWholeControl(element) && option->state & State_HasFocus) drawFocus(*option, *painter);
     return;
   }
   QStyleOptionButton label = *static_cast<const QStyleOptionButton*>(option);
@@ -190,7 +208,8 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     case PE_IndicatorItemViewItemCheck:
       return drawCheckBox(*option, *painter);
     case PE_FrameFocusRect:
-      return drawFocus(*option, *painter, widget);
+      if (showsFocusItself(widget)) drawFrame(option->rect, option->palette.color(QPalette::Highlight), *painter);
+      return;
     case PE_Frame:
       return drawFieldFrame(*option, *painter, 0);
     case PE_FrameLineEdit:
@@ -208,6 +227,7 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
   if (control == CC_Slider && slider) return drawSlider(*this, *slider, *painter, widget);
   if (control == CC_ScrollBar && slider) return drawScrollBar(*this, *slider, *painter, widget);
   QProxyStyle::drawComplexControl(control, option, painter, widget);
+  if (isWholeControl(control) && option->state & State_HasFocus) drawFocus(*option, *painter);
 }
 
 // Room for the focus between the edge of a table and what is in it.

@@ -1,7 +1,7 @@
 #include "app/support/AppTest.h"
 #include "app/widgets/AlertSheet.h"
 #include "app/widgets/LocalizeView.h"
-#include "localization/Localization.h"
+#include "localization/Shown.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -167,7 +167,7 @@ TEST_F(AlertSheets, FollowTheLanguageWhileTheyAreOpen) {
   for (const AppLanguage language : {AppLanguage::french, AppLanguage::chinese, AppLanguage::english}) {
     AppPreferences::shared().setLanguage(language);
     localizeView(*visible());
-    EXPECT_EQ(labels()[0]->stringValue(), Localization::text("Reset preferences?", language));
+    EXPECT_EQ(labels()[0]->stringValue(), Localization::shownText("Reset preferences?", language));
     EXPECT_EQ(labels()[1]->stringValue(),
               Localization::text("Camera profiles and photographs will be kept.", language));
     EXPECT_EQ(buttons()[0]->text().toStdString(), Localization::text("Reset", language));
