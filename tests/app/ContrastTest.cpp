@@ -50,7 +50,6 @@ class Looks : public AppTest, public testing::WithParamInterface<AppAppearance> 
     AppPreferences::shared().setAppearance(GetParam());
     delegate.applicationDidFinishLaunching();
     delegate.showSettings();
-    QApplication::setActiveWindow(delegate.windowController.get());
   }
 
   ~Looks() override {
@@ -81,8 +80,10 @@ class Looks : public AppTest, public testing::WithParamInterface<AppAppearance> 
   }
 
   void expectFocusSeen(QWidget& window) {
-    QApplication::setActiveWindow(&window);
-    for (QWidget* widget : shown(window)) {
+    const std::vector<QWidget*> widgets = shown(window);
+    window.activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return window.isActiveWindow() && QApplication::activeWindow() == &window; }));
+    for (QWidget* widget : widgets) {
       if (!(widget->focusPolicy() & Qt::TabFocus) || widget->focusProxy()) continue;
       if (QWidget* focus = QApplication::focusWidget()) focus->clearFocus();
       const QImage without = picture(*widget);
