@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/support/AppTest.h"
+#include "app/support/Gate.h"
 #include "calibration/FrameFolder.h"
 #include "dng/DNGReader.h"
 
@@ -130,6 +131,7 @@ TEST_F(Application, LocksTheOpenSettingsWhileABatchRuns) {
 }
 
 TEST_F(Application, RefusesToEndDuringABatchAndShowsWhereToStopIt) {
+  Gate gate;
   startBatch();
   EXPECT_FALSE(delegate.applicationShouldTerminate());
   delegate.terminate();
@@ -138,16 +140,20 @@ TEST_F(Application, RefusesToEndDuringABatchAndShowsWhereToStopIt) {
   EXPECT_FALSE(delegate.windowController->close());
   EXPECT_TRUE(waitUntil([&] { return delegate.windowController->batch().stopButton->hasFocus(); }));
   EXPECT_TRUE(panels.alerts.empty());
+  gate.open();
   finishBatch();
   EXPECT_TRUE(delegate.applicationShouldTerminate());
   EXPECT_TRUE(delegate.windowController->close());
 }
 
 TEST_F(Application, StopsItsBatchAndEndsWithItAfterASignal) {
+  Gate gate;
   startBatch();
   delegate.endBySignal(SIGTERM);
+  QCoreApplication::processEvents();
   EXPECT_TRUE(delegate.windowController->isVisible()) << "files in progress finish";
   EXPECT_FALSE(delegate.windowController->batch().stopButton->isEnabled());
+  gate.open();
   finishBatch();
   EXPECT_FALSE(delegate.windowController->isVisible());
 }

@@ -1,5 +1,6 @@
 // The program itself: its arguments, and how it ends.
 #include "app/support/AppTest.h"
+#include "support/CaughtSignals.h"
 
 #include <signal.h>
 
@@ -11,7 +12,7 @@
 namespace tessaly::tests {
 namespace {
 
-constexpr int patience = 20'000;
+constexpr int patience = 120'000;
 
 struct Ended {
   int status = -1;
@@ -55,16 +56,8 @@ QProcessEnvironment environmentIn(const TemporaryFolder& home) {
   return environment;
 }
 
-/// Whether the program would be told of the signal.
 bool listens(const QProcess& program, int number) {
-  std::ifstream status("/proc/" + std::to_string(program.processId()) + "/status");
-  for (std::string line; std::getline(status, line);) {
-    if (!line.starts_with("SigCgt:")) continue;
-    std::uint64_t caught = 0;
-    std::istringstream(line.substr(7)) >> std::hex >> caught;
-    return (caught >> (number - 1) & 1) != 0;
-  }
-  return false;
+  return catches(static_cast<pid_t>(program.processId()), number);
 }
 
 TEST(Program, LeavesASecondStartToTheWindowThatIsThere) {

@@ -1,11 +1,14 @@
 // Calibration through the command line, on a small simulated body.
 #include "cli/ProgramTest.h"
 #include "profile/CameraProfileJSON.h"
+#include "support/CaughtSignals.h"
 #include "tools/SensorSimulator.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
+#include <stdexcept>
 
 namespace tessaly::tests {
 namespace {
@@ -17,6 +20,32 @@ using testing::HasSubstr;
 using testing::SizeIs;
 using testing::StartsWith;
 using tools::DNGBuilder;
+
+/// Takes nothing until it is emptied: a program is held where it writes into it.
+class FullPipe {
+ public:
+  FullPipe() {
+    if (pipe2(ends_.data(), O_CLOEXEC) != 0) throw std::runtime_error("Cannot make a pipe");
+    const std::string filling(static_cast<std::size_t>(fcntl(ends_[1], F_GETPIPE_SZ)), ' ');
+    if (write(ends_[1], filling.data(), filling.size()) < 0) throw std::runtime_error("Cannot fill a pipe");
+  }
+  FullPipe(const FullPipe&) = delete;
+  FullPipe& operator=(const FullPipe&) = delete;
+  ~FullPipe() { close(ends_[0]); }
+
+  void become(int descriptor) const { dup2(ends_[1], descriptor); }
+
+  /// Reads until nobody writes any more.
+  void empty() const {
+    close(ends_[1]);
+    std::array<char, 4096> dropped{};
+    while (read(ends_[0], dropped.data(), dropped.size()) > 0) {
+    }
+  }
+
+ private:
+  std::array<int, 2> ends_{};
+};
 
 /// Three bright and three dark frames at each of two exposures, with three hot pixels.
 class CalibrateTest : public ProgramTest {
@@ -320,10 +349,13 @@ TEST_F(CalibrateTest, TellsThatOneColumnLiesInsideAnother) {
 TEST_F(CalibrateTest, StopsAtOnceOnCtrlC) {
   for (int i = 0; i < 3000; ++i)
     fs::create_hard_link(frames / "IMG_1.dng", frames / ("X_" + std::to_string(i) + ".dng"));
-  const pid_t process = start({"calibrate", "frames", "--result", "result.json"});
-  while (errorsSoFar().empty())
-    usleep(500);
+  const FullPipe errors;
+  const pid_t process =
+      start({"calibrate", "frames", "--result", "result.json"}, [&] { errors.become(STDERR_FILENO); });
+  while (!catches(process, SIGINT))
+    usleep(1000);
   kill(process, SIGINT);
+  errors.empty();
   EXPECT_EQ(finish(process).status, 130);
   EXPECT_FALSE(fs::exists(folder / "result.json"));
 }

@@ -46,6 +46,11 @@ class ChildProcess {
     static_cast<void>(wait());
   }
 
+  [[nodiscard]] bool hasEnded() const {
+    siginfo_t ended{};
+    return ::waitid(P_PID, static_cast<id_t>(process_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid != 0;
+  }
+
   void kill() const { ::kill(process_, SIGKILL); }
 
   /// Waits for the end: the exit status, or 128 + the number of the signal that ended the program.

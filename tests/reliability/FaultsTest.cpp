@@ -277,7 +277,8 @@ TEST_F(Faults, SourcesThatChangeWhileTheyAreReadGiveWholeCopiesOrNone) {
   const Path side = folder / "side.dng";
   std::int64_t succeeded = 0;
   std::int64_t failed = 0;
-  for (int round = 0; round < 25; ++round) {
+  // On, where the machine lets only one of both happen.
+  for (int round = 0; round < 25 || succeeded == 0 || failed == 0; ++round) {
     const Path into = folder / ("output" + std::to_string(round));
     Outcome disturbed;
     {
@@ -309,8 +310,6 @@ TEST_F(Faults, SourcesThatChangeWhileTheyAreReadGiveWholeCopiesOrNone) {
     failed += disturbed.summary.failed;
     scene.restore();
   }
-  EXPECT_GT(succeeded, 0) << "the disturbance was too strong to prove anything";
-  EXPECT_GT(failed, 0) << "the disturbance was too weak to prove anything";
   RecordProperty("succeeded", std::to_string(succeeded));
   RecordProperty("failed", std::to_string(failed));
 }

@@ -1,5 +1,6 @@
 #include "app/batch/BatchViewController.h"
 #include "app/support/AppTest.h"
+#include "app/support/Gate.h"
 #include "batch/OutputFolderAccess.h"
 #include "calibration/FrameFolder.h"
 #include "dng/DNGReader.h"
@@ -202,10 +203,12 @@ TEST_F(BatchTab, ShowsFailuresWithTheirFiles) {
 TEST_F(BatchTab, StopsAfterTheFilesInProgress) {
   makeTab(12);
   tab->workersPopUp->setCurrentIndex(1);
+  Gate gate;
   tab->startBatch();
   tab->stopButton->click();
   EXPECT_FALSE(tab->stopButton->isEnabled());
   EXPECT_EQ(status(), "Stopping after the current file…");
+  gate.open();
   finish();
   EXPECT_THAT(status(), EndsWith(" (Cancelled)"));
   EXPECT_THAT(panels.lastAlert(), StartsWith("Processing complete (Cancelled)\n\n"));
@@ -306,11 +309,14 @@ TEST_F(BatchTab, ChoosesTheProfileThatWasSavedAndSaysWhatIsNext) {
 
 TEST_F(BatchTab, ChoosesAProfileThatWasSavedDuringABatchWhenItHasEnded) {
   makeTab(12);
+  Gate gate;
   tab->startBatch();
   const CameraProfile saved = profileOf(photographs.path("p1.dng"), "A new body");
   ProfileStore::save(saved);
   tab->chooseProfile(saved.id);
+  QCoreApplication::processEvents();
   EXPECT_EQ(tab->profilePopUp->currentText(), "Body");
+  gate.open();
   finish();
   EXPECT_EQ(tab->profilePopUp->currentText(), "A new body");
   EXPECT_THAT(status(), HasSubstr("12"));
@@ -337,14 +343,17 @@ TEST_F(BatchTab, SaysBeforehandThatNoOutputFolderIsChosen) {
 }
 
 TEST_F(BatchTab, LeavesEverythingAloneWhileABatchRuns) {
-  makeTab(12);
+  makeTab();
+  Gate gate;
   tab->startBatch();
   ProfileStore::remove(profile);
   tab->preferencesChanged();
   tab->setInput("/elsewhere");
   tab->startBatch();
+  QCoreApplication::processEvents();
   EXPECT_EQ(tab->profilePopUp->currentText(), "Body");
   EXPECT_EQ(tab->inputURL(), input);
+  gate.open();
   finish();
   EXPECT_EQ(panels.alerts.size(), 1U);
 }

@@ -20,9 +20,9 @@
 
 namespace tessaly::tests {
 
-/// Lets the window work until `holds`; false when it does not within ten seconds.
+/// Lets the window work until `holds`; false when it does not within two minutes, which no machine needs.
 [[nodiscard]] inline bool waitUntil(const std::function<bool()>& holds) {
-  constexpr int patience = 10'000;
+  constexpr int patience = 120'000;
   QElapsedTimer timer;
   timer.start();
   while (!holds() && timer.elapsed() < patience)
