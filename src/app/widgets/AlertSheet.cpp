@@ -157,7 +157,9 @@ void AlertSheet::reject() {
   answer(alert_.defaultButton);
 }
 
+// Once: the second click of a double click comes to a sheet that only waits for its end.
 void AlertSheet::answer(std::size_t button) {
+  if (!parentWidget()) return;
   hide();
   const QList<AlertSheet*> waiting = sheets(*parentWidget());
   const qsizetype next = waiting.indexOf(this) + 1;

@@ -18,7 +18,7 @@ int betweenClicks = pause;
 void send(QWidget& widget, QPoint place, Qt::MouseButtons held, Qt::MouseButton button, QEvent::Type type,
           Qt::KeyboardModifiers modifiers) {
   QWidget* const window = widget.window();
-  if (!window->windowHandle()) return;
+  if (!window->isVisible() || !window->windowHandle()) return;
   if (type == QEvent::MouseButtonPress) now += betweenClicks;
   qt_handleMouseEvent(window->windowHandle(), QPointF(widget.mapTo(window, place)), QPointF(widget.mapToGlobal(place)),
                       held, button, type, modifiers, now);

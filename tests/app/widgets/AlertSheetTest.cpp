@@ -65,6 +65,14 @@ TEST_F(AlertSheets, TellWhichButtonWasPressed) {
   }
 }
 
+TEST_F(AlertSheets, AreAnsweredOnceByADoubleClick) {
+  show(question());
+  QPushButton& button = *buttons()[0];
+  button.click();
+  button.click();
+  EXPECT_EQ(answers, std::vector<std::size_t>{0});
+}
+
 TEST_F(AlertSheets, TakeReturnAndEscapeForTheDefaultButton) {
   for (const auto key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
     show(question());
