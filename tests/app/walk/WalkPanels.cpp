@@ -11,8 +11,7 @@ void WalkPanels::chooseFolder(QWidget& window, const FilePanel& panel, PathHandl
   const std::filesystem::path usual = isOutput        ? scene_.copies()
                                       : isCalibration ? scene_.calibration()
                                                       : scene_.photographs();
-  answer(window, {usual, usual, usual, scene_.empty() / "vanished", isOutput ? usual : scene_.empty()},
-         std::move(chosen));
+  answer(window, {usual, usual, usual, scene_.vanished(), isOutput ? usual : scene_.empty()}, std::move(chosen));
 }
 
 void WalkPanels::chooseFile(QWidget& window, const FilePanel&, PathHandler chosen) {

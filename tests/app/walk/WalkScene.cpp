@@ -75,6 +75,7 @@ void WalkScene::keepProfile() const {
 
 void WalkScene::removeCopies() const {
   fs::remove_all(photographs() / "Tessaly Results");
+  fs::remove_all(vanished());
   fs::remove_all(copies());
   fs::create_directory(copies());
 }
@@ -90,12 +91,14 @@ std::vector<std::string> WalkScene::faults() const {
   return faults;
 }
 
-// Settings are the home's own business; elsewhere only copies, logs and exported profiles are made.
+// Settings are the home's own business; elsewhere, also in a folder that a batch has made again, only copies, logs and
+// exported profiles are made.
 std::string WalkScene::faultOf(const fs::path& file) const {
   const std::string name = file.filename();
   if (isTemporaryName(name) || name.ends_with(".partial")) return file.native() + " was left";
   if (isInside(file, root_ / "home")) return {};
-  const bool isCopy = name.ends_with(".dng") && (isInside(file, copies()) || isInside(file, photographs()));
+  const bool isForCopies = isInside(file, copies()) || isInside(file, photographs()) || isInside(file, vanished());
+  const bool isCopy = name.ends_with(".dng") && isForCopies;
   const bool isOther = name.ends_with(".csv") || name.ends_with(".json");
   const bool isBesideOriginals = file.parent_path() == photographs() || file.parent_path() == calibration();
   return (isCopy || isOther) && !isBesideOriginals ? "" : file.native() + " has no business there";

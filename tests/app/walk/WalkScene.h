@@ -19,6 +19,7 @@ class WalkScene {
   [[nodiscard]] std::filesystem::path calibration() const { return root_ / "calibration"; }
   [[nodiscard]] std::filesystem::path photographs() const { return root_ / "photographs"; }
   [[nodiscard]] std::filesystem::path empty() const { return root_ / "empty"; }
+  [[nodiscard]] std::filesystem::path vanished() const { return empty() / "vanished"; }
   [[nodiscard]] std::filesystem::path copies() const { return root_ / "copies"; }
 
   /// Keeps a profile, without which there is no batch.
