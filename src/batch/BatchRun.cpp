@@ -39,6 +39,7 @@ void writeLog(const BatchOrder& order, const BatchState& state, BatchSummary& su
 
 std::vector<BatchOmission> omissions(const std::vector<UnexaminedEntry>& entries) {
   std::vector<BatchOmission> omitted;
+  omitted.reserve(entries.size());
   for (const UnexaminedEntry& entry : entries)
     omitted.push_back({displayName(entry.path), systemMessage(entry.error.value())});
   return omitted;
