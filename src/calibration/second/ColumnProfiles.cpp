@@ -119,13 +119,15 @@ void ColumnProfiles::remeasure(const std::vector<std::int64_t>& columns) {
   forEachBand(blocks_, threads_, [&](const RowBand& band) {
     for (std::int64_t block = band.first; block < band.last; ++block) {
       std::vector<std::int64_t> sums(columns.size(), 0);
-      for (std::int64_t y = firstRow(block); y < firstRow(block + 1); ++y)
+      for (std::int64_t y = firstRow(block); y < firstRow(block + 1); ++y) {
         for (std::size_t i = 0; i < columns.size(); ++i)
           sums[i] += clippedResidual(columns[i], y);
+      }
       const auto count = static_cast<float>(firstRow(block + 1) - firstRow(block));
-      for (std::size_t i = 0; i < columns.size(); ++i)
+      for (std::size_t i = 0; i < columns.size(); ++i) {
         means_[static_cast<std::size_t>(block * shape_.width + columns[i])] =
             static_cast<float>(sums[i]) / count - common_[static_cast<std::size_t>(block)];
+      }
     }
   });
 }

@@ -25,9 +25,14 @@ struct BestLanes {
   std::array<std::int32_t, lanes> last{};
 };
 
+/// From block `first` up to, but not including, `last`.
+struct Run {
+  std::int32_t first;
+  std::int32_t last;
+};
+
 TESSALY_VECTOR_CLONES
-void compare(const float* __restrict before, const float* __restrict after, float factor, std::int32_t first,
-             std::int32_t last, BestLanes& best) {
+void compare(const float* __restrict before, const float* __restrict after, float factor, Run run, BestLanes& best) {
   float* __restrict score = best.score.data();
   std::int32_t* __restrict firsts = best.first.data();
   std::int32_t* __restrict lasts = best.last.data();
@@ -36,8 +41,8 @@ void compare(const float* __restrict before, const float* __restrict after, floa
     const float squared = sum * sum * factor;
     const bool isBetter = squared > score[lane];
     score[lane] = isBetter ? squared : score[lane];
-    firsts[lane] = isBetter ? first : firsts[lane];
-    lasts[lane] = isBetter ? last : lasts[lane];
+    firsts[lane] = isBetter ? run.first : firsts[lane];
+    lasts[lane] = isBetter ? run.last : lasts[lane];
   }
 }
 
@@ -72,9 +77,10 @@ void searchLanes(const ColumnProfiles& profiles, std::span<const std::int64_t> c
   const auto least = static_cast<std::int32_t>(std::min<std::int64_t>(leastBlocks, blocks));
   BestLanes best;
   for (std::int32_t first = 0; first + least <= blocks; ++first) {
-    for (std::int32_t last = first + least; last <= blocks; ++last)
+    for (std::int32_t last = first + least; last <= blocks; ++last) {
       compare(sums[static_cast<std::size_t>(first)].data(), sums[static_cast<std::size_t>(last)].data(),
-              factors[static_cast<std::size_t>(last - first)], first, last, best);
+              factors[static_cast<std::size_t>(last - first)], {first, last}, best);
+    }
   }
   for (std::size_t lane = 0; lane < columns.size(); ++lane) {
     const auto first = static_cast<std::size_t>(best.first[lane]);

@@ -198,9 +198,10 @@ using Photosites = std::set<std::pair<std::int64_t, std::int64_t>>;
 /// By active coordinates.
 Photosites photosites(const Found& found) {
   Photosites all;
-  for (const PointPlaces* places : {&found.dim, &found.warm, &found.unsteady})
+  for (const PointPlaces* places : {&found.dim, &found.warm, &found.unsteady}) {
     for (const PointPlace& place : *places)
       all.emplace(place.x, place.y);
+  }
   return all;
 }
 

@@ -96,9 +96,10 @@ void GroupStack::reduce() {
 std::vector<std::vector<ColumnRange>> GroupStack::votingBlocks(const std::vector<BlockValues>& levels) const {
   const double most = clippedLevel * static_cast<double>(signalRange(metadata_));
   const auto isClipped = [&](std::size_t block) {
-    for (const BlockValues& values : levels)
+    for (const BlockValues& values : levels) {
       for (std::size_t i = block; i < values.size(); i += grid_.blocks())
         if (values[i] > most) return true;
+    }
     return false;
   };
   std::vector<std::vector<ColumnRange>> voting(static_cast<std::size_t>(grid_.rows()));

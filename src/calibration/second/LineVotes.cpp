@@ -44,9 +44,10 @@ void LineVotes::add(const GroupModel& model, const Plane& median, const BlockGri
 
 void LineVotes::finish() {
   std::vector<bool> isKept;
-  for (std::size_t i = 0; i < columns_.size(); ++i)
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
     isKept.push_back(voting_[i] > 0 && agreeing_[i] >= agreeingGroups * voting_[i] &&
                      std::abs(columns_[i].mean) >= leastOfNoise * leastNoise_);
+  }
   keep(columns_, isKept);
 }
 

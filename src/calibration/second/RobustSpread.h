@@ -19,7 +19,7 @@ class Histogram {
  public:
   Histogram() : counts_(values, 0) {}
 
-  void add(std::int16_t value) { ++counts_[static_cast<std::size_t>(value + offset)]; }
+  void add(std::int16_t value) { ++counts_[static_cast<std::size_t>(std::int64_t{value} + offset)]; }
   void add(std::span<const std::int16_t> all);
   void join(const Histogram& other);
 

@@ -187,12 +187,14 @@ class Opinion {
     const auto addSquare = [&](std::int64_t x, std::int64_t y, std::int64_t reach) {
       places.add(x - reach, y - reach, x + reach, y + reach);
     };
-    for (const PointPlaces* points : {&found_.dim, &found_.warm, &found_.unsteady})
+    for (const PointPlaces* points : {&found_.dim, &found_.warm, &found_.unsteady}) {
       for (const PointPlace& point : *points)
         addSquare(point.x, point.y, 2 * shape_.step);  // as far as a mirror at the border reaches
-    for (const std::vector<FoundColumn>* lines : {&found_.darkLines, &found_.brightLines})
+    }
+    for (const std::vector<FoundColumn>* lines : {&found_.darkLines, &found_.brightLines}) {
       for (const FoundColumn& line : *lines)
         places.add(line.x - lineReach * shape_.step, line.firstRow, line.x + lineReach * shape_.step, line.lastRow);
+    }
     for (const Shadow& shadow : found_.shadows)
       addSquare(std::llround(shadow.x), std::llround(shadow.y), static_cast<std::int64_t>(2.2 * shadow.radius) + 2);
     places.join();

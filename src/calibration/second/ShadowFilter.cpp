@@ -136,9 +136,10 @@ std::vector<float> ringLessDisc(const Plane& plane, std::int64_t width, std::int
     std::vector<std::uint32_t> outer;
     std::vector<std::uint32_t> inner;
     std::vector<std::uint32_t> disc;
-    for (std::int64_t y = band.first; y < band.last; ++y)
+    for (std::int64_t y = band.first; y < band.last; ++y) {
       ringLessDiscRow(rows.of(stencil.outer(), y, outer), rows.of(stencil.inner(), y, inner),
                       rows.of(stencil.disc(), y, disc), width, perRing, perDisc, result.data() + y * width);
+    }
   });
   return result;
 }

@@ -36,9 +36,10 @@ struct LevelMap {
 /// 16-bit steps, fine enough for the noise of a level; what is beyond is far from every median.
 Plane quantized(const std::vector<float>& values, float scale, int offset) {
   Plane result(values.size());
-  for (std::size_t i = 0; i < values.size(); ++i)
+  for (std::size_t i = 0; i < values.size(); ++i) {
     result[i] = static_cast<std::int16_t>(
         static_cast<std::int32_t>(std::clamp(values[i] * scale, -16000.0F, 16000.0F) + 32768.5F) - 32768 + offset);
+  }
   return result;
 }
 
