@@ -16,6 +16,7 @@ constexpr double echoRatio = 3;
 
 std::vector<std::int64_t> columnsOf(const std::vector<FoundColumn>& found) {
   std::vector<std::int64_t> columns;
+  columns.reserve(found.size());
   for (const FoundColumn& column : found)
     columns.push_back(column.x);
   return columns;

@@ -86,26 +86,39 @@ void keep(PointPlaces& places, const std::function<bool(std::size_t)>& isKept) {
   places = std::move(kept);
 }
 
+/// The samples of a row that depart far enough from their neighbours.
+class DimRows {
+ public:
+  DimRows(const Plane& light, const PlaneShape& shape, const CountedColumns& counted, Spread spread)
+      : rows_(light, shape), counted_(counted), spread_(spread), row_(static_cast<std::size_t>(shape.width)) {}
+
+  void operator()(std::int64_t y, PointPlaces& places) {
+    rows_.departures(y, row_.data());
+    for (const ColumnRange& range : counted_(y)) {
+      for (std::int64_t x = range.first; x < range.last; ++x)
+        look(x, y, places);
+    }
+  }
+
+ private:
+  void look(std::int64_t x, std::int64_t y, PointPlaces& places) const {
+    const double departure = row_[static_cast<std::size_t>(x)];
+    if (std::abs(departure) <= std::max(pointThreshold * spread_.sigma, leastDim * lightQuanta)) return;
+    const double evidence = std::abs(departure) / std::max(spread_.sigma, 1.0);
+    places.push_back({x, y, evidence, departure / lightQuanta});
+  }
+
+  MirroredRows rows_;
+  const CountedColumns& counted_;
+  Spread spread_;
+  std::vector<std::int16_t> row_;
+};
+
 }  // namespace
 
 PointPlaces dimPlaces(const Plane& light, const PlaneShape& shape, const CountedColumns& counted, int threads) {
   const Spread spread = spreadOfDepartures(light, shape, counted, threads);
-  const double least = std::max(pointThreshold * spread.sigma, leastDim * lightQuanta);
-  return placesOfRows(shape, threads, [&]() -> RowPlaces {
-    return
-        [&, rows = MirroredRows(light, shape), row = std::vector<std::int16_t>(static_cast<std::size_t>(shape.width))](
-            std::int64_t y, PointPlaces& places) mutable {
-          rows.departures(y, row.data());
-          for (const ColumnRange& range : counted(y)) {
-            for (std::int64_t x = range.first; x < range.last; ++x) {
-              const double departure = row[static_cast<std::size_t>(x)];
-              if (std::abs(departure) <= least) continue;
-              const double evidence = std::abs(departure) / std::max(spread.sigma, 1.0);
-              places.push_back({x, y, evidence, departure / lightQuanta});
-            }
-          }
-        };
-  });
+  return placesOfRows(shape, threads, [&]() -> RowPlaces { return DimRows(light, shape, counted, spread); });
 }
 
 PointPlaces warmPlaces(const Plane& warmth, const PlaneShape& shape, int threads) {

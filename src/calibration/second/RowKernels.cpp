@@ -53,6 +53,7 @@ inline void sortFour(T& a, T& b, T& c, T& d) {
 
 // Of two sorted halves: the k-th least of all is the least, over all ways to take k from both, of the larger last one.
 template <typename T>
+// NOLINTNEXTLINE(readability-function-size): a network takes its values in registers
 inline std::pair<T, T> middleOfEight(T a, T b, T c, T d, T e, T f, T g, T h) {
   sortFour(a, b, c, d);
   sortFour(e, f, g, h);
@@ -62,6 +63,7 @@ inline std::pair<T, T> middleOfEight(T a, T b, T c, T d, T e, T f, T g, T h) {
 }
 
 template <typename T>
+// NOLINTNEXTLINE(readability-function-size): a network takes its values in registers
 inline std::pair<T, T> middleOfSix(T a, T b, T c, T d, T e, T f) {
   sortThree(a, b, c);
   sortThree(d, e, f);
@@ -132,9 +134,10 @@ void findFarthest(const Value* __restrict least, const Value* __restrict most, c
   }
 }
 
-TESSALY_VECTOR_CLONES
-void roots(const float* __restrict sum, const float* __restrict squares, const float* __restrict farthest,
-           std::int64_t count, float frames, Value* __restrict variance, Value* __restrict trimmed) {
+// NOLINTNEXTLINE(readability-function-size): a kernel takes its rows one by one, so that none is taken to overlap
+TESSALY_VECTOR_CLONES void roots(const float* __restrict sum, const float* __restrict squares,
+                                 const float* __restrict farthest, std::int64_t count, float frames,
+                                 Value* __restrict variance, Value* __restrict trimmed) {
   const float perFrame = 1 / frames;
   const float perDegree = 1 / (frames - 1);
   const float perTrimmedDegree = 1 / (frames - 2);
@@ -204,9 +207,10 @@ void rootRatios(std::int16_t* __restrict roots, const float* __restrict model, s
 
 namespace {
 
-TESSALY_VECTOR_CLONES
-void addScores(const Value* __restrict variance, const Value* __restrict trimmed, ScoreScale first, ScoreScale second,
-               std::int64_t count, Value* __restrict sums, Value* __restrict worst) {
+// NOLINTNEXTLINE(readability-function-size): a kernel takes its rows one by one, so that none is taken to overlap
+TESSALY_VECTOR_CLONES void addScores(const Value* __restrict variance, const Value* __restrict trimmed,
+                                     ScoreScale first, ScoreScale second, std::int64_t count, Value* __restrict sums,
+                                     Value* __restrict worst) {
   for (std::int64_t x = 0; x < count; ++x) {
     const float ofAll = (static_cast<float>(variance[x]) - first.median) * first.factor;
     const float ofTrimmed = (static_cast<float>(trimmed[x]) - second.median) * second.factor;

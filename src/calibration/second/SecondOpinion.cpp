@@ -242,6 +242,7 @@ class Opinion {
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-function-size): what one analysis has at hand, each by itself
 SecondOpinion secondOpinion(std::span<const CalibrationGroup> groups, const DNGMetadata& reference,
                             std::span<const CalibrationCandidate> documented, RawSamples& samples, int threads,
                             const Step& step) {

@@ -80,10 +80,10 @@ void addRun(const std::uint32_t* __restrict sums, std::int64_t half, std::int64_
     target[x] += end[x] - first[x];
 }
 
-TESSALY_VECTOR_CLONES
-void ringLessDiscRow(const std::uint32_t* __restrict outer, const std::uint32_t* __restrict inner,
-                     const std::uint32_t* __restrict disc, std::int64_t count, float perRing, float perDisc,
-                     float* __restrict target) {
+// NOLINTNEXTLINE(readability-function-size): a kernel takes its rows one by one, so that none is taken to overlap
+TESSALY_VECTOR_CLONES void ringLessDiscRow(const std::uint32_t* __restrict outer, const std::uint32_t* __restrict inner,
+                                           const std::uint32_t* __restrict disc, std::int64_t count, float perRing,
+                                           float perDisc, float* __restrict target) {
   for (std::int64_t x = 0; x < count; ++x) {
     const auto ring = static_cast<float>(static_cast<std::int32_t>(outer[x] - inner[x]));
     target[x] = ring * perRing - static_cast<float>(static_cast<std::int32_t>(disc[x])) * perDisc;
