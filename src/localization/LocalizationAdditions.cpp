@@ -1,17 +1,14 @@
 // The texts of the interface that no other program knows by their order: English (the key), Simplified Chinese, French.
 //
-// Placeholders stand in the same order in all three columns. French sets a no-break space before : ; ! ? and inside «
-// ».
+// Placeholders stand in the same order in all three columns. French sets a no-break space before : ; ! ? and inside its
+// quotation marks.
 #include "localization/Localization.h"
-
-#include <vector>
 
 namespace tessaly::Localization {
 namespace {
 
 // clang-format off
-const std::vector<Entry>& table() {
-  static const std::vector<Entry> rows = {
+constexpr Entry table[] = {
     // What the system refuses, in the C library's words.
     {"Operation not permitted", "不允许的操作", "Opération non permise"},
     {"No such file or directory", "没有该文件或文件夹", "Fichier ou dossier introuvable"},
@@ -219,15 +216,13 @@ const std::vector<Entry>& table() {
     {"Unsteady: %.1f times the usual noise (%.1fσ)",
      "不稳定：噪声为通常的 %.1f 倍（%.1fσ）",
      "Instable : %.1f fois le bruit habituel (%.1fσ)"},
-  };
-  return rows;
-}
+};
 // clang-format on
 
 }  // namespace
 
 std::span<const Entry> additions() {
-  return table();
+  return table;
 }
 
 }  // namespace tessaly::Localization

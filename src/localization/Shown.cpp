@@ -93,7 +93,7 @@ std::string shownText(std::string_view english, std::optional<AppLanguage> langu
 }
 
 std::string shownOriginal(std::string_view text) {
-  const std::string known = original(text);
+  std::string known = original(text);
   if (known != text) return known;
   const Entry* entry = findEntry([text](const Entry& row) { return isShownAs(row, text); });
   return std::string(entry ? entry->english() : text);

@@ -20,7 +20,7 @@ namespace {
 using Reason = LeftFile::Reason;
 
 constexpr std::string_view ending = ".partial";
-constexpr time_t oneDay = 24 * 60 * 60;
+constexpr time_t oneDay = time_t{24} * 60 * 60;
 
 class OpenFile {
  public:

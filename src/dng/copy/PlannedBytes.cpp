@@ -35,9 +35,8 @@ void PlannedBytes::read(std::int64_t offset, std::span<std::byte> into) const {
     place(value, offset, into);
   for (const FilePatch& patch : plan_.patches) {
     const Overlap common = overlap(patch.offset, std::ssize(patch.bytes), offset, std::ssize(into));
-    if (common.length > 0)
-      std::copy_n(patch.bytes.begin() + common.inBlock, common.length,
-                  &into[static_cast<std::size_t>(common.inStretch)]);
+    if (common.length <= 0) continue;
+    std::copy_n(patch.bytes.begin() + common.inBlock, common.length, &into[static_cast<std::size_t>(common.inStretch)]);
   }
 }
 
