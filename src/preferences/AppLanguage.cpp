@@ -33,6 +33,7 @@ std::optional<AppLanguage> appLanguage(std::string_view value) {
 
 std::vector<std::string> languageTags() {
   std::vector<std::string> tags;
+  tags.reserve(languageCount);
   for (const SpokenLanguage& known : spokenLanguages)
     tags.emplace_back(known.tag);
   return tags;
