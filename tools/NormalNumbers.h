@@ -35,7 +35,8 @@ struct NormalPair {
 [[nodiscard]] inline int poisson(std::uint64_t key, double mean) {
   const double limit = std::exp(-mean);
   int count = 0;
-  for (double product = uniform(key); product > limit; product *= uniform(combinedKey(key, count)))
+  for (double product = uniform(key); product > limit;
+       product *= uniform(combinedKey(key, static_cast<std::uint64_t>(count))))
     ++count;
   return count;
 }
