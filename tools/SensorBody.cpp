@@ -152,7 +152,8 @@ SensorBody::Shot SensorBody::shot(const BodyExposure& exposure, std::uint64_t fr
   shot.patternY = random.between(0, 400);
   shot.samplesKey = keyOf(shot.key, FrameKey::samples);
   for (std::int64_t x = 0; x < description_.width(); ++x)
-    shot.columnNoise.push_back(0.03 * shot.typicalNoise * normal(combinedKey(keyOf(shot.key, FrameKey::columns), x)));
+    shot.columnNoise.push_back(0.03 * shot.typicalNoise *
+                               normal(combinedKey(keyOf(shot.key, FrameKey::columns), static_cast<std::uint64_t>(x))));
   if (exposure.level > 0) shot.transmission = transmissions(exposure.fNumber);
   shot.extra.assign(response_.size(), 0.0F);
   addTelegraph(shot);
@@ -206,7 +207,8 @@ double SensorBody::lightAt(const Shot& shot, std::int64_t x, std::int64_t y) con
 void SensorBody::renderRow(const Shot& shot, std::int64_t rawY, std::uint16_t* row) const {
   const BodyDescription& body = description_;
   const double rowNoise =
-      0.12 * shot.typicalNoise * normal(combinedKey(keyOf(shot.key, FrameKey::rows), rawY)) +
+      0.12 * shot.typicalNoise *
+          normal(combinedKey(keyOf(shot.key, FrameKey::rows), static_cast<std::uint64_t>(rawY))) +
       0.05 * shot.typicalNoise * std::sin(6.283185307 * (static_cast<double>(rawY) / shot.bandPeriod + shot.bandPhase));
   const std::int64_t y = rawY - body.top;
   const bool isActiveRow = y >= 0 && y < body.activeHeight;
@@ -216,7 +218,7 @@ void SensorBody::renderRow(const Shot& shot, std::int64_t rawY, std::uint16_t* r
     const std::int64_t x = rawX - body.left;
     const std::size_t i = isActiveRow && x >= 0 && x < body.activeWidth ? activeIndex(x, y) : response_.size();
     const bool isActive = i < response_.size();
-    const NormalPair noise(combinedKey(shot.samplesKey, rawY * body.width() + rawX));
+    const NormalPair noise(combinedKey(shot.samplesKey, static_cast<std::uint64_t>(rawY * body.width() + rawX)));
     double electrons = isActive ? darkRate_[i] * shot.exposure.time() : 0;
     if (isActive && !shot.transmission.empty())
       electrons += lightAt(shot, x, y) * response_[i] * shot.transmission[i] * well;
