@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# lint.sh BUILD_FOLDER: clang-format over every C++ file and clang-tidy over src and tools, by the compile commands of a
-# complete build.
+# lint.sh BUILD_FOLDER: clang-format over every C++ file and clang-tidy over src (without src/app) and tools, by the
+# compile commands of a complete build.
 #
 # BUILD_FOLDER/tidy-clean remembers what was clean: a source is looked at again when it, a header that it includes or
 # .clang-tidy has another content. So a second run takes no time.
@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 export build=$1
 export clean=$build/tidy-clean
 
-sources() { git ls-files 'src/*.cpp' 'tools/*.cpp'; }
+sources() { git ls-files 'src/*.cpp' 'tools/*.cpp' ':!src/app'; }
 
 # One line a source: its name and the contents it depends on, by what the compiler noted in its last run.
 fingerprints() {
