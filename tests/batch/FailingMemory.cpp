@@ -8,12 +8,16 @@ namespace {
 
 thread_local std::atomic<int> failing = 0;
 
-void* allocate(std::size_t size) {
+void* allocateOrNull(std::size_t size) noexcept {
   if (failing > 0) {
     if (failing != allAllocations) --failing;
-    throw std::bad_alloc();
+    return nullptr;
   }
-  if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  return std::malloc(size == 0 ? 1 : size);
+}
+
+void* allocate(std::size_t size) {
+  if (void* const memory = allocateOrNull(size)) return memory;
   throw std::bad_alloc();
 }
 
@@ -34,6 +38,14 @@ void* operator new[](std::size_t size) {
   return tessaly::tests::allocate(size);
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return tessaly::tests::allocateOrNull(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return tessaly::tests::allocateOrNull(size);
+}
+
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }
@@ -47,6 +59,14 @@ void operator delete(void* memory, std::size_t) noexcept {
 }
 
 void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
+
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
   std::free(memory);
 }
 // NOLINTEND(misc-new-delete-overloads)
