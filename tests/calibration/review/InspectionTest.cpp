@@ -1,7 +1,7 @@
 #include "calibration/CalibrationEngine.h"
 #include "calibration/FrameFolder.h"
-#include "calibration/review/InvalidInput.h"
 #include "calibration/review/Inspection.h"
+#include "calibration/review/InvalidInput.h"
 #include "dng/DNGError.h"
 #include "dng/DNGReader.h"
 
