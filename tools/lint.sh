@@ -1,15 +1,19 @@
 #!/usr/bin/env bash
-# lint.sh BUILD_FOLDER: clang-format over every C++ file and clang-tidy over src (without src/app) and tools, by the
-# compile commands of a complete build.
+# lint.sh BUILD_FOLDER: clang-format over every C++ file and clang-tidy over src and tools, by the compile commands of a
+# complete build: the sources of a folder together, as they are compiled.
 #
-# BUILD_FOLDER/tidy-clean remembers what was clean: a source is looked at again when it, a header that it includes or
-# .clang-tidy has another content. So a second run takes no time.
+# BUILD_FOLDER/tidy-clean remembers what was clean: a folder is looked at again when a source, a header that it includes
+# or .clang-tidy has another content. So a second run takes no time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 export build=$1
 export clean=$build/tidy-clean
 
-sources() { git ls-files 'src/*.cpp' 'tools/*.cpp' ':!src/app'; }
+# What is compiled of src and tools: sources, and the files that CMake makes to include the sources of a folder.
+sources() {
+  sed -n 's|^ *"file": "'"$PWD"'/\(.*\)",\{0,1\}$|\1|p' "$build/compile_commands.json" |
+    grep -E '^(build/[^/]*/)?(src|tools)/' | grep -v '_autogen/' | sort -u
+}
 
 # One line a source: its name and the contents it depends on, by what the compiler noted in its last run.
 fingerprints() {
@@ -33,7 +37,7 @@ stale() {
 }
 
 tidy() {
-  if output=$(clang-tidy-14 --quiet --extra-arg=-Wno-unknown-warning-option -p "$build" "${1%% *}" 2>/dev/null); then
+  if output=$(clang-tidy-14 --quiet --checks=-bugprone-suspicious-include --extra-arg=-Wno-unknown-warning-option -p "$build" "${1%% *}" 2>/dev/null); then
     echo "$1" >>"$clean"
   else
     echo "$output" >&2
@@ -47,5 +51,5 @@ git ls-files '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror
 touch "$clean"
 left=$(stale)
 [ -n "$left" ] || exit 0
-echo "Looking at $(wc -l <<<"$left") sources with clang-tidy…" >&2
+echo "Looking at $(wc -l <<<"$left") folders and programs with clang-tidy…" >&2
 tr '\n' '\0' <<<"$left" | xargs -0 -n 1 -P "$(nproc)" bash -c '[ -z "$1" ] || tidy "$1"' tidy

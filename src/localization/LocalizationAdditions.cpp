@@ -8,7 +8,7 @@ namespace tessaly::Localization {
 namespace {
 
 // clang-format off
-constexpr Entry table[] = {
+constexpr Entry additionTable[] = {
     // What the system refuses, in the C library's words.
     {"Operation not permitted", "不允许的操作", "Opération non permise"},
     {"No such file or directory", "没有该文件或文件夹", "Fichier ou dossier introuvable"},
@@ -222,7 +222,7 @@ constexpr Entry table[] = {
 }  // namespace
 
 std::span<const Entry> additions() {
-  return table;
+  return additionTable;
 }
 
 }  // namespace tessaly::Localization

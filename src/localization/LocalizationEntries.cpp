@@ -8,7 +8,7 @@ namespace tessaly::Localization {
 namespace {
 
 // clang-format off
-constexpr Entry table[] = {
+constexpr Entry entryTable[] = {
     {"1. Create Camera Profile",
      "1. 创建相机配置文件",
      "1. Créer un profil d’appareil"},
@@ -594,12 +594,12 @@ constexpr Entry table[] = {
 };
 // clang-format on
 
-static_assert(std::size(table) == 194);
+static_assert(std::size(entryTable) == 194);
 
 }  // namespace
 
 std::span<const Entry> entries() {
-  return table;
+  return entryTable;
 }
 
 }  // namespace tessaly::Localization

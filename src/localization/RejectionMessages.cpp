@@ -12,7 +12,7 @@ struct Row {
 };
 
 // clang-format off
-constexpr Row table[] = {
+constexpr Row messages[] = {
     {RejectionReason::losslessJPEG,
      {"This DNG uses lossless JPEG compression, which Tessaly doesn't support yet. If your camera offers an uncompressed DNG option, use it.",
       "此 DNG 使用暂不支持的无损 JPEG 压缩。如相机提供未压缩 DNG 选项，请使用该选项。",
@@ -89,17 +89,17 @@ constexpr Row table[] = {
 // clang-format on
 
 constexpr bool isIndexedByReason() {
-  for (std::size_t i = 0; i < std::size(table); ++i) {
-    if (static_cast<std::size_t>(table[i].reason) != i) return false;
+  for (std::size_t i = 0; i < std::size(messages); ++i) {
+    if (static_cast<std::size_t>(messages[i].reason) != i) return false;
   }
-  return std::size(table) == static_cast<std::size_t>(RejectionReason::calibrationSize) + 1;
+  return std::size(messages) == static_cast<std::size_t>(RejectionReason::calibrationSize) + 1;
 }
 static_assert(isIndexedByReason());
 
 }  // namespace
 
 const Entry& rejectionMessages(RejectionReason reason) {
-  return table[static_cast<std::size_t>(reason)].message;
+  return messages[static_cast<std::size_t>(reason)].message;
 }
 
 }  // namespace tessaly::Localization

@@ -1,5 +1,7 @@
 #include "platform/InputFile.h"
 
+#include "platform/SystemCall.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,31 +14,16 @@
 namespace tessaly {
 namespace {
 
-[[noreturn]] void throwSystemError() {
-  throw std::system_error(errno, std::generic_category());
-}
-
-template <typename Call>
-auto retryWhenInterrupted(Call call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR)
-    result = call();
-  return result;
-}
-
 // Opening alone can have effects: a FIFO wakes its writer, a tape rewinds. So anything but a regular file stays closed.
 bool namesRegularFile(const std::filesystem::path& path) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) throwSystemError();
+  if (::stat(path.c_str(), &status) != 0) throwSystemError(errno);
   return S_ISREG(status.st_mode);
 }
 
 // O_NONBLOCK in case the path became a FIFO since it was looked at.
 int openForReading(const std::filesystem::path& path) {
-  const int descriptor =
-      retryWhenInterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
-  if (descriptor < 0) throwSystemError();
-  return descriptor;
+  return callSystem([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
 }
 
 }  // namespace
@@ -78,10 +65,9 @@ std::size_t InputFile::readAt(std::int64_t offset, std::span<std::byte> into) co
   assert(regular_);
   std::size_t done = 0;
   while (done < into.size()) {
-    const auto got = retryWhenInterrupted([&] {
+    const auto got = callSystem([&] {
       return ::pread(descriptor_, into.data() + done, into.size() - done, offset + static_cast<off_t>(done));
     });
-    if (got < 0) throwSystemError();
     if (got == 0) break;
     done += static_cast<std::size_t>(got);
   }

@@ -7,12 +7,12 @@
 namespace tessaly {
 namespace {
 
-constexpr std::int64_t searchDistance = 4;
+constexpr std::int64_t farthestNeighbour = 4;
 
 /// The first sample of the colour in this direction; nothing when there is none or when it is defective: one farther
 /// out would no longer be near enough to stand for a single sample.
 std::optional<std::int64_t> nearestValue(const Mosaic& mosaic, std::int64_t x, std::int64_t y, Direction step) {
-  for (std::int64_t k = 1; k <= searchDistance; ++k) {
+  for (std::int64_t k = 1; k <= farthestNeighbour; ++k) {
     const std::int64_t column = x + k * step.dx, row = y + k * step.dy;
     if (!mosaic.contains(column, row)) return std::nullopt;
     if (!mosaic.sameColour(column, row, x, y)) continue;

@@ -8,7 +8,7 @@
 namespace tessaly {
 namespace {
 
-constexpr std::int64_t searchDistance = 63;
+constexpr std::int64_t farthestOutside = 63;
 
 /// A clean sample of the colour at the rim of the spot.
 struct RimSample {
@@ -26,7 +26,7 @@ struct Reconstruction {
 };
 
 std::optional<RimSample> findRim(const Mosaic& mosaic, std::int64_t x, std::int64_t y, Direction step) {
-  for (std::int64_t k = 1; k <= searchDistance; ++k) {
+  for (std::int64_t k = 1; k <= farthestOutside; ++k) {
     const std::int64_t column = x + k * step.dx, row = y + k * step.dy;
     if (!mosaic.contains(column, row)) return std::nullopt;
     if (mosaic.isDefective(column, row) || !mosaic.sameColour(column, row, x, y)) continue;

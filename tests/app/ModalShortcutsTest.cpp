@@ -25,7 +25,7 @@ class BehindAnAlert : public AppTest {
     ASSERT_TRUE(waitUntil([&] { return window().calibration().profileName->hasFocus(); }));
   }
 
-  void press(const QKeySequence& keys) { QTest::keySequence(window().calibration().profileName, keys); }
+  void press(const QKeySequence& pressed) { QTest::keySequence(window().calibration().profileName, pressed); }
 
   DesktopPanels desktop;
   AppDelegate delegate{desktop};
@@ -34,9 +34,9 @@ class BehindAnAlert : public AppTest {
 TEST_F(BehindAnAlert, NoShortcutWorks) {
   ASSERT_EQ(alerts().size(), 1);
   focusBehind();
-  for (const auto& keys :
+  for (const auto& pressed :
        {Qt::CTRL | Qt::Key_S, Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_O, Qt::CTRL | Qt::Key_Comma})
-    press(keys);
+    press(pressed);
   press(Qt::CTRL | Qt::Key_2);
   EXPECT_EQ(alerts().size(), 1);
   EXPECT_EQ(window().tabs().currentIndex(), 0);

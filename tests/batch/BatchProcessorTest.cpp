@@ -42,7 +42,7 @@ using Status = BatchFileOutcome::Status;
 
 const BatchOptions withoutLog{ExistingOutputPolicy::skip, false};
 const BatchOptions withLog{ExistingOutputPolicy::skip, true};
-const BatchOptions numbered{ExistingOutputPolicy::numberedCopy, false};
+const BatchOptions numberedCopies{ExistingOutputPolicy::numberedCopy, false};
 
 /// A repair that writes the source's name into the destination and claims to have rebuilt seven samples.
 DNGWriteResult pretendRepair(const Path& source, const Path& destination) {
@@ -262,7 +262,7 @@ TEST(BatchProcessor, CountsHiddenEntriesOfTheOutputFolderAsTaken) {
 TEST(BatchProcessor, WritesNumberedCopiesWhereNamesAreTaken) {
   const BatchFolders folders({"a.dng", "A-2.dng"});
   folders.makeOutput({"a.dng"});
-  EXPECT_EQ(run(pretending(), folders, numbered), succeeded(2));
+  EXPECT_EQ(run(pretending(), folders, numberedCopies), succeeded(2));
   EXPECT_THAT(namesIn(folders.output), UnorderedElementsAre("a.dng", "A-2.dng", "a-3.dng"));
   EXPECT_EQ(readText(folders.output / "a-3.dng"), "a.dng");
 }
@@ -285,7 +285,7 @@ std::map<std::string, std::string> copiesWith(std::int64_t workers) {
         std::this_thread::sleep_for(std::chrono::milliseconds((++started * 7) % 5));
         return pretendRepair(source, destination);
       },
-      folders, numbered, workers);
+      folders, numberedCopies, workers);
   std::map<std::string, std::string> copies;
   for (const std::string& name : namesIn(folders.output))
     copies[readText(folders.output / name)] = name;

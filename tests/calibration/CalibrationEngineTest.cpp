@@ -31,7 +31,7 @@ using Progress = std::vector<CalibrationProgress>;
 
 const FrameExposure slow{100, std::pair{1, 30}};
 const FrameExposure middle{100, std::pair{1, 60}};
-const FrameExposure fast{100, std::pair{1, 125}};
+const FrameExposure fastShutter{100, std::pair{1, 125}};
 constexpr std::uint16_t bright = FrameFolder::brightLevel;
 constexpr std::uint16_t dark = FrameFolder::darkLevel;
 
@@ -58,7 +58,7 @@ DNGError failure(const std::vector<std::filesystem::path>& urls) {
 
 FrameFolder threeBrightFrames() {
   FrameFolder folder;
-  folder.addSeries("bright", 3, bright, fast);
+  folder.addSeries("bright", 3, bright, fastShutter);
   return folder;
 }
 
@@ -82,8 +82,8 @@ TEST(CalibrationEngine, NamesAFileThatCannotBeRead) {
 
 TEST(CalibrationEngine, NamesAFileOfAnotherCamera) {
   FrameFolder folder = threeBrightFrames();
-  folder.addAs("zzz.dng", folder.builder(bright, fast).serial("S2"));
-  folder.addAs("zzzz.dng", folder.builder(bright, fast).serial("S3"));
+  folder.addAs("zzz.dng", folder.builder(bright, fastShutter).serial("S2"));
+  folder.addAs("zzzz.dng", folder.builder(bright, fastShutter).serial("S3"));
   const DNGError error = failure(folder.urls());
   EXPECT_EQ(error.kind(), Case::file);
   EXPECT_EQ(error.message(), "zzz.dng") << "the first one that does not match";
@@ -94,15 +94,15 @@ TEST(CalibrationEngine, NamesAFileOfAnotherCamera) {
 
 TEST(CalibrationEngine, ComparesWithTheFirstFileInNaturalOrder) {
   FrameFolder folder;
-  folder.add("IMG_10.dng", bright, fast).add("IMG_11.dng", bright, fast);
-  folder.addAs("img_9.dng", folder.builder(bright, fast).serial("S2"));
+  folder.add("IMG_10.dng", bright, fastShutter).add("IMG_11.dng", bright, fastShutter);
+  folder.addAs("img_9.dng", folder.builder(bright, fastShutter).serial("S2"));
   EXPECT_EQ(failure(folder.urls()).message(), "IMG_10.dng");
 }
 
 TEST(CalibrationEngine, NeedsAnActiveAreaOf257By65Samples) {
   const auto reason = [](std::int64_t width, std::int64_t height) -> std::string {
     FrameFolder folder(width, height);
-    folder.addSeries("bright", 3, bright, fast);
+    folder.addSeries("bright", 3, bright, fastShutter);
     try {
       (void)analyze(folder.urls(), ignore);
       return "accepted";
@@ -117,14 +117,14 @@ TEST(CalibrationEngine, NeedsAnActiveAreaOf257By65Samples) {
 
 TEST(CalibrationEngine, ChecksTheCameraBeforeTheSize) {
   FrameFolder folder(100, 100);
-  folder.addSeries("bright", 3, bright, fast);
-  folder.addAs("zzz.dng", folder.builder(bright, fast).serial("S2"));
+  folder.addSeries("bright", 3, bright, fastShutter);
+  folder.addAs("zzz.dng", folder.builder(bright, fastShutter).serial("S2"));
   EXPECT_EQ(failure(folder.urls()).kind(), Case::file);
 }
 
 TEST(CalibrationEngine, NeedsThreeBrightFrames) {
   FrameFolder folder;
-  folder.addSeries("bright", 2, bright, fast).addSeries("dark", 5, dark, slow);
+  folder.addSeries("bright", 2, bright, fastShutter).addSeries("dark", 5, dark, slow);
   const DNGError error = failure(folder.urls());
   EXPECT_EQ(error.kind(), Case::invalid);
   EXPECT_STREQ(error.what(), "Invalid DNG structure: Not enough bright-field frames were detected");
@@ -136,7 +136,7 @@ TEST(CalibrationEngine, NeedsThreeBrightFrames) {
 
 TEST(CalibrationEngine, ClassifiesAGroupByItsFirstFile) {
   FrameFolder folder;
-  folder.addSeries("bright", 3, bright, fast);
+  folder.addSeries("bright", 3, bright, fastShutter);
   folder.add("a-1.dng", dark, slow).add("a-2.dng", bright, slow).add("a-3.dng", bright, slow);
   const CalibrationResult result = analyze(folder.urls(), ignore);
   EXPECT_EQ(result.brightFrameCount, 3);
@@ -157,14 +157,14 @@ TEST(CalibrationEngine, NamesACompressedFileWhenItsSamplesAreNeeded) {
 
 TEST(CalibrationEngine, RefusesAProprietaryFileWithItsName) {
   FrameFolder folder = threeBrightFrames();
-  folder.addAs("zzz.nef", folder.builder(bright, fast));
+  folder.addAs("zzz.nef", folder.builder(bright, fastShutter));
   const DNGError error = failure(folder.urls());
   EXPECT_STREQ(error.what(), "zzz.nef: Unsupported DNG: Proprietary RAW");
 }
 
 TEST(CalibrationEngine, ReportsEachStepOfTheWork) {
   FrameFolder folder;
-  folder.addSeries("bright", 3, bright, fast).add("dark-9.dng", dark, slow).add("dark-10.dng", dark, slow);
+  folder.addSeries("bright", 3, bright, fastShutter).add("dark-9.dng", dark, slow).add("dark-10.dng", dark, slow);
   EXPECT_THAT(
       reports(folder.urls()),
       ElementsAre(CalibrationProgress{0, 5, "Reading bright-1.dng"}, CalibrationProgress{0, 5, "Reading bright-2.dng"},
@@ -223,9 +223,9 @@ TEST(CalibrationEngine, LetsErrorsOfTheCallbackThroughUnchanged) {
 
 TEST(CalibrationEngine, DescribesTheFirstFileInNaturalOrder) {
   FrameFolder folder;
-  folder.addAs("IMG_10.dng", folder.builder(bright, fast).make("ten"));
-  folder.addAs("IMG_9.dng", folder.builder(bright, fast).make("nine"));
-  folder.addAs("IMG_11.dng", folder.builder(bright, fast).make("eleven"));
+  folder.addAs("IMG_10.dng", folder.builder(bright, fastShutter).make("ten"));
+  folder.addAs("IMG_9.dng", folder.builder(bright, fastShutter).make("nine"));
+  folder.addAs("IMG_11.dng", folder.builder(bright, fastShutter).make("eleven"));
   EXPECT_EQ(analyze(folder.urls(), ignore).metadata.make, "nine");
 }
 
@@ -239,7 +239,7 @@ TEST(CalibrationEngine, PreviewsTheFirstFileOfTheFirstBrightGroup) {
     }
   };
   folder.addSeries("b-later-key", 3, bright, {200, std::pair{1, 125}});
-  folder.add("c-1.dng", bright, fast, marked).add("c-2.dng", bright, fast);
+  folder.add("c-1.dng", bright, fastShutter, marked).add("c-2.dng", bright, fastShutter);
   const CalibrationResult result = analyze(folder.urls(), ignore);
   const RawPlane plane = DNGReader::readPlane(folder.path("c-1.dng"));
   EXPECT_EQ(result.preview, CalibrationEngine::makePreview(plane.samples, plane.metadata, 1500));
@@ -249,9 +249,9 @@ TEST(CalibrationEngine, PreviewsTheFirstFileOfTheFirstBrightGroup) {
 
 TEST(CalibrationEngine, MeasuresLevelsOfTheFrameButDefectsByTheFirstFile) {
   FrameFolder folder;
-  folder.addAs("a.dng", folder.builder(700, fast).white(60000));
-  folder.addAs("b.dng", folder.builder(700, fast));
-  folder.addAs("c.dng", folder.builder(700, fast));
+  folder.addAs("a.dng", folder.builder(700, fastShutter).white(60000));
+  folder.addAs("b.dng", folder.builder(700, fastShutter));
+  folder.addAs("c.dng", folder.builder(700, fastShutter));
   // 700 is dark on a range of 60000 and bright on one of 16163.
   EXPECT_EQ(failure(folder.urls()).message(), "Not enough bright-field frames were detected");
   folder.addSeries("d", 3, 700, slow);
@@ -276,13 +276,13 @@ std::vector<CalibrationCandidate> ofKind(Kind kind, const CalibrationResult& res
 
 TEST(CalibrationEngine, NeverReportsPixelsAndSpotsOfOneExposureOnly) {
   FrameFolder folder;
-  folder.addSeries("bright", 6, bright, fast, damage);
+  folder.addSeries("bright", 6, bright, fastShutter, damage);
   EXPECT_THAT(analyze(folder.urls(), ignore).candidates, IsEmpty());
 }
 
 TEST(CalibrationEngine, ReportsPixelsAndSpotsOfTwoExposures) {
   FrameFolder folder;
-  folder.addSeries("bright", 3, bright, fast, damage).addSeries("slow", 3, bright, slow, damage);
+  folder.addSeries("bright", 3, bright, fastShutter, damage).addSeries("slow", 3, bright, slow, damage);
   const CalibrationResult result = analyze(folder.urls(), ignore);
   const auto pixels = ofKind(Kind::pixel, result);
   const auto isThePixel = [](const CalibrationCandidate& pixel) { return pixel.x == 54 && pixel.yStart == 22; };
@@ -298,7 +298,7 @@ TEST(CalibrationEngine, ReportsPixelsAndSpotsOfTwoExposures) {
 
 TEST(CalibrationEngine, JoinsPixelsOfBrightAndDarkGroups) {
   FrameFolder folder;
-  folder.addSeries("bright", 3, bright, fast, damage);
+  folder.addSeries("bright", 3, bright, fastShutter, damage);
   folder.addSeries("dark", 3, dark, slow, [](const FrameFolder::Sample& sample) { sample(50, 20) = 900; });
   const auto pixels = ofKind(Kind::pixel, analyze(folder.urls(), ignore));
   ASSERT_THAT(pixels, SizeIs(1));
@@ -307,7 +307,7 @@ TEST(CalibrationEngine, JoinsPixelsOfBrightAndDarkGroups) {
 
 TEST(CalibrationEngine, CountsButDoesNotMeasureGroupsOfTwoFiles) {
   FrameFolder folder;
-  folder.addSeries("bright", 3, bright, fast, damage).addSeries("slow", 2, bright, slow, damage);
+  folder.addSeries("bright", 3, bright, fastShutter, damage).addSeries("slow", 2, bright, slow, damage);
   folder.add("none.dng", bright, {std::nullopt, std::nullopt}, damage);
   const CalibrationResult result = analyze(folder.urls(), ignore);
   EXPECT_EQ(result.brightFrameCount, 6);
@@ -352,7 +352,7 @@ FrameFolder columnFrames(const FrameExposure& laterExposure = slow, int laterTra
   FrameFolder folder(400, 220);
   for (std::uint32_t frame = 0; frame < 6; ++frame) {
     const bool isLater = frame >= 3;
-    folder.add("frame-" + std::to_string(frame) + ".dng", bright, isLater ? laterExposure : fast,
+    folder.add("frame-" + std::to_string(frame) + ".dng", bright, isLater ? laterExposure : fastShutter,
                noisyFrame(frame, columnDefects(isLater ? laterTrail : -30)));
   }
   return folder;
@@ -381,7 +381,7 @@ TEST(CalibrationEngine, ReportsColumnsThenPartialColumnsThenPixels) {
 }
 
 TEST(CalibrationEngine, ReportsColumnsButNoPartialOnesAndNoPixelsOfOneExposure) {
-  const CalibrationResult result = analyze(columnFrames(fast).urls(), ignore);
+  const CalibrationResult result = analyze(columnFrames(fastShutter).urls(), ignore);
   EXPECT_EQ(result.lineEvidenceFrameCount, 6);
   EXPECT_EQ(result.lineExposureGroupCount, 1);
   ASSERT_THAT(result.candidates, SizeIs(1));
@@ -442,7 +442,7 @@ TEST(CalibrationEngine, TakesTheSameFileSeveralTimes) {
 
 TEST(CalibrationEngine, ReportsANameThatIsNotUTF8WithReplacements) {
   FrameFolder folder = threeBrightFrames();
-  folder.add("z\xFF.dng", bright, fast);
+  folder.add("z\xFF.dng", bright, fastShutter);
   EXPECT_EQ(reports(folder.urls())[3].message, "Reading z\xEF\xBF\xBD.dng");
 }
 

@@ -10,12 +10,10 @@
 namespace tessaly::Localization {
 namespace {
 
+using enum AppLanguage;
+
 using testing::HasSubstr;
 using testing::Not;
-
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage chinese = AppLanguage::chinese;
-constexpr AppLanguage french = AppLanguage::french;
 
 std::string messageOf(int errorNumber, AppLanguage language = english) {
   return destinationMessage(DestinationError(errorNumber, "/photos/Tessaly Results"), language);

@@ -12,11 +12,9 @@
 namespace tessaly {
 namespace {
 
-using testing::HasSubstr;
+using enum AppLanguage;
 
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage chinese = AppLanguage::chinese;
-constexpr AppLanguage french = AppLanguage::french;
+using testing::HasSubstr;
 
 /// With preferences of its own, and without a language for the run.
 class LocalizationTest : public testing::Test {

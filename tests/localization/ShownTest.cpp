@@ -6,9 +6,7 @@
 namespace tessaly::Localization {
 namespace {
 
-constexpr AppLanguage english = AppLanguage::english;
-constexpr AppLanguage chinese = AppLanguage::chinese;
-constexpr AppLanguage french = AppLanguage::french;
+using enum AppLanguage;
 
 constexpr const char* backUp =
     "Back up profiles or move them to another Mac. Imported copies keep their camera identity.";

@@ -7,8 +7,6 @@
 namespace tessaly {
 namespace {
 
-using CandidateTexts::Kind;
-
 /// Candidates of a sensor whose active area begins at column 8, row 10.
 class CandidateTextsTest : public testing::Test {
  protected:
@@ -50,10 +48,10 @@ class CandidateTextsTest : public testing::Test {
 };
 
 TEST_F(CandidateTextsTest, TellAPartialColumnFromAFullOne) {
-  EXPECT_EQ(CandidateTexts::kindOf(pixel(), metadata), Kind::pixel);
-  EXPECT_EQ(CandidateTexts::kindOf(spot(3, 3), metadata), Kind::fixedSpot);
-  EXPECT_EQ(CandidateTexts::kindOf(line(10, 1), metadata), Kind::column);
-  EXPECT_EQ(CandidateTexts::kindOf(line(11, 1), metadata), Kind::partialColumn);
+  EXPECT_EQ(CandidateTexts::kindOf(pixel(), metadata), CandidateTexts::Kind::pixel);
+  EXPECT_EQ(CandidateTexts::kindOf(spot(3, 3), metadata), CandidateTexts::Kind::fixedSpot);
+  EXPECT_EQ(CandidateTexts::kindOf(line(10, 1), metadata), CandidateTexts::Kind::column);
+  EXPECT_EQ(CandidateTexts::kindOf(line(11, 1), metadata), CandidateTexts::Kind::partialColumn);
 }
 
 TEST_F(CandidateTextsTest, NameTheKindInTheLanguageOfTheInterface) {
@@ -65,7 +63,7 @@ TEST_F(CandidateTextsTest, NameTheKindInTheLanguageOfTheInterface) {
 }
 
 TEST_F(CandidateTextsTest, HaveATranslatedNameForEachKind) {
-  for (const Kind kind : CandidateTexts::kinds) {
+  for (const CandidateTexts::Kind kind : CandidateTexts::kinds) {
     const std::string_view name = CandidateTexts::name(kind);
     EXPECT_TRUE(Localization::findEntry([&](const auto& entry) { return entry.english() == name; })) << name;
   }

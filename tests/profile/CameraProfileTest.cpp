@@ -14,9 +14,6 @@ namespace {
 using tests::sampleMetadata;
 using tests::sampleProfile;
 
-constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
-
 constexpr const char* activeAreaDiffers = "Sensor ActiveArea differs or is missing";
 constexpr const char* serialDiffers = "Camera serial differs or is missing";
 constexpr const char* layoutDiffers = "CFA layout differs";
@@ -201,7 +198,8 @@ TEST(CameraProfile, BindsTheMosaicFromVersionFourOn) {
 }
 
 TEST(CameraProfile, OfVersionTwoOrOlderIsMatchedOnModelAndSizesAlone) {
-  for (const std::int64_t number : {std::int64_t{2}, std::int64_t{1}, std::int64_t{0}, std::int64_t{-7}, least}) {
+  for (const std::int64_t number : {std::int64_t{2}, std::int64_t{1}, std::int64_t{0}, std::int64_t{-7},
+                                    std::numeric_limits<std::int64_t>::min()}) {
     CameraProfile profile = version(number);
     profile.cameraSerial = "another";
     profile.sensorActiveArea.reset();
@@ -240,10 +238,10 @@ TEST(CameraProfile, HoldsPixelsOfEveryCornerAndNoneOutside) {
     for (const std::int64_t y : {0, 79})
       EXPECT_EQ(mismatchOfPixel(x, y), "");
   }
-  for (const std::int64_t x : {least, std::int64_t{-1}, std::int64_t{100}, most}) {
+  for (const std::int64_t x : {std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}, std::int64_t{100}, most}) {
     EXPECT_EQ(mismatchOfPixel(x, 0), outside(x, 0));
   }
-  for (const std::int64_t y : {least, std::int64_t{-1}, std::int64_t{80}, most}) {
+  for (const std::int64_t y : {std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}, std::int64_t{80}, most}) {
     EXPECT_EQ(mismatchOfPixel(0, y), outside(0, y));
   }
 }
@@ -269,14 +267,15 @@ TEST(CameraProfile, HoldsALineUpToTheLastRow) {
   EXPECT_EQ(mismatchOfLine(5, 0, 79, 1), "");
   EXPECT_EQ(mismatchOfLine(5, 0, 80, 1), outside(5));
   EXPECT_EQ(mismatchOfLine(5, -1, 79, 1), outside(5));
-  EXPECT_EQ(mismatchOfLine(5, least, most, 1), outside(5));
+  EXPECT_EQ(mismatchOfLine(5, std::numeric_limits<std::int64_t>::min(), most, 1), outside(5));
 }
 
 TEST(CameraProfile, RefusesALineWhoseEndOverflows) {
   EXPECT_EQ(mismatchOfLine(1, 0, 79, most), outside(1));
   EXPECT_EQ(mismatchOfLine(most, 0, 79, most), outside(most));
   EXPECT_EQ(mismatchOfLine(most, 0, 79, 1), outside(most));
-  EXPECT_EQ(mismatchOfLine(least, 0, 79, least), outside(least));
+  EXPECT_EQ(mismatchOfLine(std::numeric_limits<std::int64_t>::min(), 0, 79, std::numeric_limits<std::int64_t>::min()),
+            outside(std::numeric_limits<std::int64_t>::min()));
 }
 
 TEST(CameraProfile, HoldsASpotThatTouchesTheBorders) {
@@ -295,15 +294,17 @@ TEST(CameraProfile, RefusesASpotWithoutARadius) {
   EXPECT_EQ(mismatchOfSpot(50, 40, 0, 1), spotOutside(50, 40));
   EXPECT_EQ(mismatchOfSpot(50, 40, 1, 0), spotOutside(50, 40));
   EXPECT_EQ(mismatchOfSpot(50, 40, -1, 1), spotOutside(50, 40));
-  EXPECT_EQ(mismatchOfSpot(50, 40, 1, least), spotOutside(50, 40));
+  EXPECT_EQ(mismatchOfSpot(50, 40, 1, std::numeric_limits<std::int64_t>::min()), spotOutside(50, 40));
 }
 
 TEST(CameraProfile, RefusesASpotWhoseExtentOverflows) {
   EXPECT_EQ(mismatchOfSpot(50, 40, most, 1), spotOutside(50, 40));
   EXPECT_EQ(mismatchOfSpot(most, 40, 1, 1), spotOutside(most, 40));
-  EXPECT_EQ(mismatchOfSpot(least, 40, 1, 1), spotOutside(least, 40));
+  EXPECT_EQ(mismatchOfSpot(std::numeric_limits<std::int64_t>::min(), 40, 1, 1),
+            spotOutside(std::numeric_limits<std::int64_t>::min(), 40));
   EXPECT_EQ(mismatchOfSpot(50, most, 1, most), spotOutside(50, most));
-  EXPECT_EQ(mismatchOfSpot(50, least, 1, most), spotOutside(50, least));
+  EXPECT_EQ(mismatchOfSpot(50, std::numeric_limits<std::int64_t>::min(), 1, most),
+            spotOutside(50, std::numeric_limits<std::int64_t>::min()));
 }
 
 TEST(CameraProfile, TakesAbsentSpotsAsNone) {

@@ -16,8 +16,8 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr int rounds = 10;
-constexpr SceneSize size{10, 256, 192};
+constexpr int roundsOfTwo = 10;
+constexpr SceneSize raceSize{10, 256, 192};
 
 class ConcurrentRuns : public testing::Test {
  protected:
@@ -43,12 +43,12 @@ class ConcurrentRuns : public testing::Test {
 
   const TemporaryFolder folder;
   const std::filesystem::path output = folder / "output";
-  const RepairScene first{folder / "first", size, 1};
-  const RepairScene second{folder / "second", size, 2};
+  const RepairScene first{folder / "first", raceSize, 1};
+  const RepairScene second{folder / "second", raceSize, 2};
 };
 
 TEST_F(ConcurrentRuns, NeverMixOrOverwriteFilesOfOneName) {
-  for (int round = 0; round < rounds; ++round) {
+  for (int round = 0; round < roundsOfTwo; ++round) {
     std::filesystem::remove_all(output);
     const auto [a, b] = runBoth(ExistingOutputPolicy::skip);
     const OutputContents contents = contentsOf(output);
@@ -64,7 +64,7 @@ TEST_F(ConcurrentRuns, NeverMixOrOverwriteFilesOfOneName) {
 }
 
 TEST_F(ConcurrentRuns, KeepEarlierCopiesWhenTheyNumberTheirs) {
-  for (int round = 0; round < rounds; ++round) {
+  for (int round = 0; round < roundsOfTwo; ++round) {
     std::filesystem::remove_all(output);
     static_cast<void>(run(first, ExistingOutputPolicy::skip));
     const auto [a, b] = runBoth(ExistingOutputPolicy::numberedCopy);
@@ -84,7 +84,7 @@ TEST_F(ConcurrentRuns, OfTwoProgramsNeverMixOrOverwriteEither) {
         std::vector<std::string>{TESSALY_BATCH_RUNNER, scene.input(), output, scene.profileFile(), "2", "skip"},
         folder / summary);
   };
-  for (int round = 0; round < rounds; ++round) {
+  for (int round = 0; round < roundsOfTwo; ++round) {
     std::filesystem::remove_all(output);
     const auto a = start(first, "a.json");
     const auto b = start(second, "b.json");

@@ -20,7 +20,7 @@ namespace {
 constexpr int narrowest = 300;
 constexpr int widest = 560;
 constexpr int iconSize = 48;
-constexpr double mostOfScreen = 0.6;
+constexpr double alertShareOfScreen = 0.6;
 
 const char* iconName(Alert::Style style) {
   switch (style) {
@@ -130,7 +130,7 @@ void AlertSheet::showEvent(QShowEvent* event) {
 }
 
 void AlertSheet::fitToPage() {
-  const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen);
+  const int limit = static_cast<int>(screen()->availableGeometry().height() * alertShareOfScreen);
   page_->fit(Metrics::scaled(widest), limit);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
   layout()->activate();  // its size decides where the window is put
@@ -147,7 +147,7 @@ void AlertSheet::fitToText() {
           .width();
   const int width = std::clamp(std::max(natural, preferred), Metrics::scaled(narrowest), Metrics::scaled(widest));
   const int height = content->heightForWidth(width);
-  const int limit = static_cast<int>(screen()->availableGeometry().height() * mostOfScreen);
+  const int limit = static_cast<int>(screen()->availableGeometry().height() * alertShareOfScreen);
   const int scrollBar = height > limit ? scrollArea_->verticalScrollBar()->sizeHint().width() : 0;
   scrollArea_->setMinimumSize(width + scrollBar, std::min(height, limit));
   adjustSize();

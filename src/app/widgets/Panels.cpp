@@ -18,7 +18,7 @@ namespace tessaly {
 namespace {
 
 constexpr QSize panelSize(840, 540);
-constexpr double mostOfScreen = 0.9;
+constexpr double dialogShareOfScreen = 0.9;
 
 QString filterText(const FilePanel& panel) {
   QStringList globs;
@@ -33,7 +33,7 @@ QFileDialog* makePanel(QWidget& window, const FilePanel& panel) {
   // The desktop's own panel would speak the desktop's language.
   if (Localization::language() != resolved(AppLanguage::system)) dialog->setOption(QFileDialog::DontUseNativeDialog);
   const QSize wanted(Metrics::scaled(panelSize.width()), Metrics::scaled(panelSize.height()));
-  dialog->resize(wanted.boundedTo(window.screen()->availableSize() * mostOfScreen));
+  dialog->resize(wanted.boundedTo(window.screen()->availableSize() * dialogShareOfScreen));
   dialog->setLabelText(QFileDialog::Reject, localized("Cancel"));
   if (const auto folder = WindowState::panelFolder(panel.purpose)) dialog->setDirectory(pathText(*folder));
   if (!panel.filterName.empty()) dialog->setNameFilter(filterText(panel));

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double brightScale = 110.0;  // thousandths of the local signal
 constexpr double darkScale = 24;       // levels of the reference range
-constexpr double agreement = 0.8;
+constexpr double agreeingShare = 0.8;
 
 // Anomalies are rare: blocks of a row without a sum that could reach the scale are passed over at once.
 constexpr std::int64_t blockLength = 256;
@@ -39,7 +39,7 @@ double noiseScale(const DeviationMap& map) {
 }  // namespace
 
 AnomalyThresholds anomalyThresholds(const DeviationMap& map) {
-  return {noiseScale(map), static_cast<std::int64_t>(static_cast<double>(map.frameCount()) * agreement)};
+  return {noiseScale(map), static_cast<std::int64_t>(static_cast<double>(map.frameCount()) * agreeingShare)};
 }
 
 std::int64_t measuredRows(const DeviationMap& map) {

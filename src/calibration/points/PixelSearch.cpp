@@ -15,7 +15,7 @@ constexpr double isolatedRatio = 1.45;    // own deviation : strongest neighbour
 constexpr double outstandingScale = 2.5;  // times the noise scale, with fewer than two strong neighbours
 constexpr std::int64_t fewNeighbours = 2;
 constexpr double leastConfidence = 0.62;
-constexpr double greatestConfidence = 0.99;
+constexpr double surestPixel = 0.99;
 
 struct Offset {
   std::int64_t dx = 0;
@@ -80,8 +80,7 @@ Surroundings surroundings(const DeviationMap& map, const std::vector<Offset>& of
 }
 
 double confidence(double ratio, double agreement, double strength) {
-  return std::min(std::min(ratio / 3, 1.0) * 0.2 + agreement * 0.45 + std::min(strength, 1.0) * 0.35,
-                  greatestConfidence);
+  return std::min(std::min(ratio / 3, 1.0) * 0.2 + agreement * 0.45 + std::min(strength, 1.0) * 0.35, surestPixel);
 }
 
 class PixelSearch {

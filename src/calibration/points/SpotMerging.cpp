@@ -14,7 +14,7 @@ namespace {
 using Cluster = std::vector<const CalibrationCandidate*>;
 
 constexpr std::int64_t leastDistance = 6;
-constexpr double greatestConfidence = 0.98;
+constexpr double surestMergedSpot = 0.98;
 
 bool isClose(const CalibrationCandidate& spot, const CalibrationCandidate& first) {
   return std::abs(spot.x - first.x) <= std::max(spot.radiusX + first.radiusX, leastDistance) &&
@@ -67,7 +67,7 @@ CalibrationCandidate merged(const Cluster& cluster) {
   spot.yEnd = spot.yStart;
   spot.radiusX = reach(cluster, spot.x, &CalibrationCandidate::x, &CalibrationCandidate::radiusX);
   spot.radiusY = reach(cluster, spot.yStart, &CalibrationCandidate::yStart, &CalibrationCandidate::radiusY);
-  spot.confidence = std::min(meanConfidence(cluster) + 0.04, greatestConfidence);
+  spot.confidence = std::min(meanConfidence(cluster) + 0.04, surestMergedSpot);
   spot.reason = CandidateReasons::repeatedSpot(static_cast<std::int64_t>(cluster.size()));
   return spot;
 }

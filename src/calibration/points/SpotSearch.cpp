@@ -17,7 +17,7 @@ constexpr std::size_t leastMembers = 4;
 constexpr std::size_t mostMembers = 600;
 constexpr std::int64_t mostSamplesAcross = 40;
 constexpr std::int64_t leastRadius = 4;
-constexpr double greatestConfidence = 0.95;
+constexpr double surestSpot = 0.95;
 
 /// A darkened photosite.
 struct Member {
@@ -146,8 +146,7 @@ class SpotSearch {
       peak = std::min(peak, member.mean);
     }
     const double agreement = agreements / static_cast<double>(members.size());
-    return std::min(agreement * 0.55 + std::min(std::abs(peak) / (5 * thresholds_.scale), 1.0) * 0.4,
-                    greatestConfidence);
+    return std::min(agreement * 0.55 + std::min(std::abs(peak) / (5 * thresholds_.scale), 1.0) * 0.4, surestSpot);
   }
 
   DeviationMap& map_;

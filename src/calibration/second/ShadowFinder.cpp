@@ -13,7 +13,7 @@ namespace {
 
 constexpr int levels = 5;
 constexpr double leastDepth = 0.004;
-constexpr double clipSigma = 4;
+constexpr double farthestSigma = 4;
 constexpr double leastBlock = 24;  // of R's own large-scale model
 constexpr double blockRadii = 12;
 constexpr double sameRadii = 1.5;  // two shadows nearer than this × radius + sameMargin are one
@@ -227,7 +227,7 @@ Plane cleanedLight(const MeanPlane& light, const PlaneShape& shape, const std::v
   }
   const Spread spread = spreadOfDepartures(
       replaced, shape, [&](std::int64_t y) { return light.known(y); }, threads);
-  const int bound = static_cast<int>(clipSigma * spread.sigma);
+  const int bound = static_cast<int>(farthestSigma * spread.sigma);
   Plane cleaned(shape.count());
   forEachBand(shape.height, threads, [&](const RowBand& band) {
     MirroredRows rows(replaced, shape);
@@ -293,7 +293,7 @@ double shadowDepth(const Plane& plane, const PlaneShape& shape, const Shadow& sh
     disc.push_back(plane[static_cast<std::size_t>(y * shape.width + x)]);
   });
   const Spread inside = spreadOf(disc);
-  const double reach = clipSigma * std::max(ring.sigma, inside.sigma);
+  const double reach = farthestSigma * std::max(ring.sigma, inside.sigma);
   double sum = 0;
   for (const float value : disc)
     sum += std::clamp<double>(value, inside.median - reach, inside.median + reach);

@@ -1,6 +1,7 @@
 #include "dng/copy/PlannedBytes.h"
 
 #include "dng/DNGError.h"
+#include "dng/copy/BytePart.h"
 
 #include <fmt/format.h>
 
@@ -20,10 +21,6 @@ Overlap overlap(std::int64_t block, std::int64_t blockLength, std::int64_t stret
   const std::int64_t first = std::max(block, stretch);
   const std::int64_t end = std::min(block + blockLength, stretch + stretchLength);
   return {first - block, first - stretch, end - first};
-}
-
-std::span<std::byte> part(std::span<std::byte> bytes, std::int64_t offset, std::int64_t length) {
-  return bytes.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(length));
 }
 
 }  // namespace

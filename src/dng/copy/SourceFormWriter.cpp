@@ -1,6 +1,7 @@
 #include "dng/copy/SourceFormWriter.h"
 
 #include "dng/DNGError.h"
+#include "dng/copy/BytePart.h"
 #include "dng/copy/SegmentOrder.h"
 #include "dng/copy/SourceBytes.h"
 #include "dng/samples/SamplePacker.h"
@@ -15,10 +16,6 @@ namespace {
 
 // Unchanged bytes between changed rows that are rather written along than copied in a call of their own.
 constexpr std::int64_t longestBridge = std::int64_t{64} * 1024;
-
-std::span<std::byte> part(std::span<std::byte> bytes, std::int64_t offset, std::int64_t length) {
-  return bytes.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(length));
-}
 
 }  // namespace
 

@@ -13,7 +13,7 @@
 namespace tessaly {
 namespace {
 
-constexpr std::size_t groupSize = SampleFormat::samplesPerGroup;
+constexpr std::size_t packedTogether = SampleFormat::samplesPerGroup;
 constexpr std::size_t storeSize = sizeof(std::uint64_t);
 
 // Four samples as the first bits of a string of bits; zeros behind them.
@@ -39,11 +39,11 @@ void storeBits(std::uint64_t bits, std::size_t count, std::byte* to) {
 
 template <unsigned Bits>
 void packTail(std::span<const std::uint16_t> samples, std::byte* bytes) {
-  for (std::size_t i = 0; i < samples.size(); i += groupSize) {
-    const std::size_t count = std::min(groupSize, samples.size() - i);
-    std::array<std::uint16_t, groupSize> group{};
+  for (std::size_t i = 0; i < samples.size(); i += packedTogether) {
+    const std::size_t count = std::min(packedTogether, samples.size() - i);
+    std::array<std::uint16_t, packedTogether> group{};
     std::copy_n(samples.begin() + static_cast<std::ptrdiff_t>(i), count, group.begin());
-    storeBits(packGroup<Bits>(group.data()), count * Bits, bytes + i / groupSize * (Bits / 2));
+    storeBits(packGroup<Bits>(group.data()), count * Bits, bytes + i / packedTogether * (Bits / 2));
   }
 }
 
@@ -56,8 +56,8 @@ void packBits(std::span<const std::uint16_t> samples, std::span<std::byte> bytes
   const std::uint16_t* __restrict from = samples.data();
   std::byte* __restrict to = bytes.data();
   for (std::size_t g = 0; g < groups; ++g)
-    storeBigEndian64(to + g * (Bits / 2), packGroup<Bits>(from + g * groupSize));
-  packTail<Bits>(samples.subspan(groups * groupSize), to + groups * (Bits / 2));
+    storeBigEndian64(to + g * (Bits / 2), packGroup<Bits>(from + g * packedTogether));
+  packTail<Bits>(samples.subspan(groups * packedTogether), to + groups * (Bits / 2));
 }
 
 void narrowBytes(std::span<const std::uint16_t> samples, std::span<std::byte> bytes) {

@@ -13,7 +13,7 @@
 namespace tessaly {
 namespace {
 
-constexpr std::size_t groupSize = SampleFormat::samplesPerGroup;
+constexpr std::size_t unpackedTogether = SampleFormat::samplesPerGroup;
 constexpr std::size_t loadSize = sizeof(std::uint64_t);
 
 // The first four samples of a string of bits.
@@ -30,13 +30,13 @@ void unpackGroup(std::uint64_t bits, std::uint16_t* samples) {
 // The last groups of a row: an 8-byte load would reach beyond the row there.
 template <unsigned Bits>
 void unpackTail(std::span<const std::byte> bytes, std::span<std::uint16_t> samples) {
-  for (std::size_t i = 0; i < samples.size(); i += groupSize) {
-    const auto rest = bytes.subspan(i / groupSize * (Bits / 2));
+  for (std::size_t i = 0; i < samples.size(); i += unpackedTogether) {
+    const auto rest = bytes.subspan(i / unpackedTogether * (Bits / 2));
     std::array<std::byte, loadSize> padded{};
     std::memcpy(padded.data(), rest.data(), std::min(rest.size(), loadSize));
-    std::array<std::uint16_t, groupSize> group{};
+    std::array<std::uint16_t, unpackedTogether> group{};
     unpackGroup<Bits>(loadBigEndian64(padded.data()), group.data());
-    std::copy_n(group.begin(), std::min(groupSize, samples.size() - i),
+    std::copy_n(group.begin(), std::min(unpackedTogether, samples.size() - i),
                 samples.begin() + static_cast<std::ptrdiff_t>(i));
   }
 }
@@ -45,7 +45,7 @@ void unpackTail(std::span<const std::byte> bytes, std::span<std::uint16_t> sampl
 template <unsigned Bits>
 std::size_t loadableGroups(std::size_t bytes, std::size_t samples) {
   const std::size_t loads = bytes < loadSize ? 0 : (bytes - loadSize) / (Bits / 2) + 1;
-  return std::min(loads, samples / groupSize);
+  return std::min(loads, samples / unpackedTogether);
 }
 
 template <unsigned Bits>
@@ -54,8 +54,8 @@ void unpackBits(std::span<const std::byte> bytes, std::span<std::uint16_t> sampl
   const std::byte* __restrict from = bytes.data();
   std::uint16_t* __restrict to = samples.data();
   for (std::size_t g = 0; g < groups; ++g)
-    unpackGroup<Bits>(loadBigEndian64(from + g * (Bits / 2)), to + g * groupSize);
-  unpackTail<Bits>(bytes.subspan(groups * (Bits / 2)), samples.subspan(groups * groupSize));
+    unpackGroup<Bits>(loadBigEndian64(from + g * (Bits / 2)), to + g * unpackedTogether);
+  unpackTail<Bits>(bytes.subspan(groups * (Bits / 2)), samples.subspan(groups * unpackedTogether));
 }
 
 void widenBytes(std::span<const std::byte> bytes, std::span<std::uint16_t> samples) {

@@ -23,10 +23,10 @@ std::vector<TrailFrameEvidence> frames(const std::vector<std::vector<double>>& g
   return result;
 }
 
-const std::vector<TrailSeed> seed{{100, 50}};
+const std::vector<TrailSeed> oneSeed{{100, 50}};
 
 TEST(TrailingColumnDetector, FindsATrailInTwoGroups) {
-  const auto found = detect(seed, frames({{4, 5, 6}, {3, 3.5, 4}}));
+  const auto found = detect(oneSeed, frames({{4, 5, 6}, {3, 3.5, 4}}));
   ASSERT_THAT(found, SizeIs(1));
   EXPECT_EQ(found[0], (TrailDetection{{100, 50}, 5, 1, 2})) << "the upper one of two effects";
 }
@@ -38,61 +38,61 @@ TEST(TrailingColumnDetector, FindsNothingWithoutSeeds) {
 
 TEST(TrailingColumnDetector, FindsNothingInInconsistentEvidence) {
   auto evidence = frames({{4, 5, 6}, {4, 5, 6}});
-  ASSERT_THAT(detect(seed, evidence), SizeIs(1));
+  ASSERT_THAT(detect(oneSeed, evidence), SizeIs(1));
   evidence[3].values.push_back(1);
-  EXPECT_THAT(detect(seed, evidence), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, evidence), IsEmpty());
   evidence[3].values.clear();
-  EXPECT_THAT(detect(seed, evidence), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, evidence), IsEmpty());
 }
 
 TEST(TrailingColumnDetector, NeedsTwoExposureGroups) {
-  EXPECT_THAT(detect(seed, frames({{4, 5, 6, 7, 8, 9}})), IsEmpty());
-  EXPECT_THAT(detect(seed, frames({{4, 5, 6}, {0, 0, 0}})), IsEmpty()) << "seen in one only";
+  EXPECT_THAT(detect(oneSeed, frames({{4, 5, 6, 7, 8, 9}})), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, frames({{4, 5, 6}, {0, 0, 0}})), IsEmpty()) << "seen in one only";
 }
 
 TEST(TrailingColumnDetector, CountsGroupsOfMoreThanTwoFrames) {
-  EXPECT_THAT(detect(seed, frames({{4, 5, 6}, {4, 5}})), IsEmpty());
-  EXPECT_THAT(detect(seed, frames({{4, 5, 6}, {4, 5, 6}, {-9, -9}})), SizeIs(1));
+  EXPECT_THAT(detect(oneSeed, frames({{4, 5, 6}, {4, 5}})), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, frames({{4, 5, 6}, {4, 5, 6}, {-9, -9}})), SizeIs(1));
 }
 
 TEST(TrailingColumnDetector, FindsNothingWhenTwoGroupsHaveOppositeSigns) {
-  EXPECT_THAT(detect(seed, frames({{4, 5, 6}, {-4, -5, -6}})), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, frames({{4, 5, 6}, {-4, -5, -6}})), IsEmpty());
 }
 
 TEST(TrailingColumnDetector, NeedsFourFifthsOfTheCountingGroups) {
   const std::vector<double> up{4, 5, 6};
   const std::vector<double> down{-4, -5, -6};
   const std::vector<double> weak{1, 1, 1};
-  EXPECT_THAT(detect(seed, frames({up, up, up, down})), IsEmpty()) << "three of four";
-  const auto found = detect(seed, frames({up, up, up, up, down}));
+  EXPECT_THAT(detect(oneSeed, frames({up, up, up, down})), IsEmpty()) << "three of four";
+  const auto found = detect(oneSeed, frames({up, up, up, up, down}));
   ASSERT_THAT(found, SizeIs(1));
   EXPECT_EQ(found[0].exposureGroupCount, 4);
   EXPECT_EQ(found[0].effect, 5);
-  EXPECT_THAT(detect(seed, frames({up, down, down, down, down})), SizeIs(1));
-  EXPECT_THAT(detect(seed, frames({up, up, weak, weak, weak})), SizeIs(1)) << "weak groups do not count";
+  EXPECT_THAT(detect(oneSeed, frames({up, down, down, down, down})), SizeIs(1));
+  EXPECT_THAT(detect(oneSeed, frames({up, up, weak, weak, weak})), SizeIs(1)) << "weak groups do not count";
 }
 
 TEST(TrailingColumnDetector, AcceptsAnEffectOfTwoAndAHalfWithFourFramesInFive) {
-  EXPECT_THAT(detect(seed, frames({{2.5, 2.5, 2.5, 2.5, -1}, {2.5, 2.5, 2.5, 2.5, -1}})), SizeIs(1));
-  EXPECT_THAT(detect(seed, frames({{2.499, 2.499, 2.499, 2.499, -1}, {9, 9, 9}})), IsEmpty());
-  EXPECT_THAT(detect(seed, frames({{2.5, 2.5, 2.5, -1, -1}, {9, 9, 9}})), IsEmpty()) << "three in five";
+  EXPECT_THAT(detect(oneSeed, frames({{2.5, 2.5, 2.5, 2.5, -1}, {2.5, 2.5, 2.5, 2.5, -1}})), SizeIs(1));
+  EXPECT_THAT(detect(oneSeed, frames({{2.499, 2.499, 2.499, 2.499, -1}, {9, 9, 9}})), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, frames({{2.5, 2.5, 2.5, -1, -1}, {9, 9, 9}})), IsEmpty()) << "three in five";
 }
 
 TEST(TrailingColumnDetector, CountsZeroAsNotPositive) {
-  EXPECT_THAT(detect(seed, frames({{-5, -5, -5, 0, 0}, {-5, -5, -5, 0, 0}})), SizeIs(1));
-  EXPECT_THAT(detect(seed, frames({{5, 5, 5, 0, 0}, {5, 5, 5, 0, 0}})), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, frames({{-5, -5, -5, 0, 0}, {-5, -5, -5, 0, 0}})), SizeIs(1));
+  EXPECT_THAT(detect(oneSeed, frames({{5, 5, 5, 0, 0}, {5, 5, 5, 0, 0}})), IsEmpty());
 }
 
 TEST(TrailingColumnDetector, GivesTheSmallestAgreementOfTheMajority) {
-  const auto found = detect(seed, frames({{3, 3, 3, 3, -1}, {4, 4, 4}, {5, 5, 5}}));
+  const auto found = detect(oneSeed, frames({{3, 3, 3, 3, -1}, {4, 4, 4}, {5, 5, 5}}));
   ASSERT_THAT(found, SizeIs(1));
   EXPECT_EQ(found[0].agreement, 0.8);
   EXPECT_EQ(found[0].effect, 4);
 }
 
 TEST(TrailingColumnDetector, TakesAnotherLimitWhenAsked) {
-  EXPECT_THAT(detect(seed, frames({{2, 2, 2}, {2, 2, 2}}), 2.0), SizeIs(1));
-  EXPECT_THAT(detect(seed, frames({{2, 2, 2}, {2, 2, 2}}), 2.1), IsEmpty());
+  EXPECT_THAT(detect(oneSeed, frames({{2, 2, 2}, {2, 2, 2}}), 2.0), SizeIs(1));
+  EXPECT_THAT(detect(oneSeed, frames({{2, 2, 2}, {2, 2, 2}}), 2.1), IsEmpty());
 }
 
 TEST(TrailingColumnDetector, SortsByStrengthThenByPosition) {

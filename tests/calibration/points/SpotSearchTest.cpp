@@ -19,13 +19,13 @@ using tests::withBorder;
 using Kind = CalibrationCandidate::Kind;
 using Places = std::vector<std::pair<std::int64_t, std::int64_t>>;
 
-constexpr std::uint16_t brightLevel = 10000;
+constexpr std::uint16_t flatLevel = 10000;
 constexpr std::uint16_t shadow = 8000;  // -200 thousandths
 
 // Three frames that are darker at these places.
 DeviationMap mapOf(const DNGMetadata& metadata, const Places& places, bool isDark = false,
                    std::uint16_t level = shadow) {
-  TestFrame frame(metadata, brightLevel);
+  TestFrame frame(metadata, flatLevel);
   for (const auto& [x, y] : places)
     frame.at(x, y) = level;
   DeviationMap map(metadata, 1);
@@ -125,7 +125,7 @@ TEST(SpotSearch, GivesTheTruncatedCentreAndTheRadii) {
 
 TEST(SpotSearch, WeighsTheCentreByTheDepthOfTheShadow) {
   const DNGMetadata metadata = linearSensor(60, 60);
-  TestFrame frame(metadata, brightLevel);
+  TestFrame frame(metadata, flatLevel);
   for (std::int64_t x = 20; x <= 26; x += 2)
     frame.at(x, 30) = 8500;  // -150
   frame.at(28, 30) = 1000;   // -900

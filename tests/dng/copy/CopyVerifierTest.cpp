@@ -18,7 +18,7 @@ using tools::DNGBuilder;
 
 constexpr std::int64_t width = 37;  // neither a whole number of groups nor of tiles
 constexpr std::int64_t height = 7;
-constexpr auto verificationFailed = "Invalid DNG structure: Writer re-read verification failed";
+constexpr auto refused = "Invalid DNG structure: Writer re-read verification failed";
 
 class CopyVerifierFixture : public tests::WriterFixture {
  protected:
@@ -91,13 +91,13 @@ TEST_P(CopyVerifier, RefusesEveryOtherByte) {
 
 TEST_P(CopyVerifier, RefusesSamplesThatChangedWithoutBeingAskedTo) {
   const std::vector<SampleRun> fewer(runs.begin() + 1, runs.end());
-  EXPECT_EQ(refusal(ChangedSamples(fewer)), verificationFailed);
+  EXPECT_EQ(refusal(ChangedSamples(fewer)), refused);
 }
 
 TEST_P(CopyVerifier, RefusesSamplesThatWereNotWritten) {
   samples[3 * width + 20] ^= 1U;
-  EXPECT_EQ(refusal(ChangedSamples()), verificationFailed);
-  EXPECT_EQ(refusal(ChangedSamples(runs)), verificationFailed);
+  EXPECT_EQ(refusal(ChangedSamples()), refused);
+  EXPECT_EQ(refusal(ChangedSamples(runs)), refused);
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, CopyVerifier,
@@ -122,7 +122,7 @@ TEST_F(CopyVerifierWithTable, WantsTheOldCodeOfASampleThatStays) {
   EXPECT_EQ(refusal(ChangedSamples(), &inverse), "");
   makeCodes({0, 2, 3, 4}, {0, 1, 3, 4});
   samples = {0, 10, 30, 40};
-  EXPECT_EQ(refusal(ChangedSamples(), &inverse), verificationFailed);
+  EXPECT_EQ(refusal(ChangedSamples(), &inverse), refused);
 }
 
 TEST_F(CopyVerifierWithTable, WantsTheNearestCodeOfASampleThatTheTableSkips) {
@@ -132,7 +132,7 @@ TEST_F(CopyVerifierWithTable, WantsTheNearestCodeOfASampleThatTheTableSkips) {
   EXPECT_EQ(refusal(ChangedSamples(), &inverse), "");
   EXPECT_EQ(refusal(ChangedSamples(runs), &inverse), "");
   samples[2] = 38;
-  EXPECT_EQ(refusal(ChangedSamples(runs), &inverse), verificationFailed);
+  EXPECT_EQ(refusal(ChangedSamples(runs), &inverse), refused);
 }
 
 TEST_F(CopyVerifierFixture, KnowsSegmentsThatShareBytes) {

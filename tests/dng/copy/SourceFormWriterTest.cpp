@@ -14,22 +14,22 @@ using tests::readBytes;
 using tests::Samples;
 using tools::DNGBuilder;
 
-constexpr std::int64_t width = 37;  // neither a whole number of groups nor of tiles
-constexpr std::int64_t height = 11;
+constexpr std::int64_t rowLength = 37;  // neither a whole number of groups nor of tiles
+constexpr std::int64_t rowCount = 11;
 
-enum class Layout { oneStrip, strips, tiles, reversedStrips, reversedTiles, gaps };
+enum class Arrangement { oneStrip, strips, tiles, reversedStrips, reversedTiles, gaps };
 
-DNGBuilder laidOut(Layout layout) {
+DNGBuilder laidOut(Arrangement layout) {
   switch (layout) {
-    case Layout::oneStrip:
+    case Arrangement::oneStrip:
       return DNGBuilder();
-    case Layout::strips:
+    case Arrangement::strips:
       return DNGBuilder().strips(3);
-    case Layout::tiles:
+    case Arrangement::tiles:
       return DNGBuilder().tiles(16, 4);
-    case Layout::reversedStrips:
+    case Arrangement::reversedStrips:
       return DNGBuilder().strips(2).segmentsInReverseOrder();
-    case Layout::reversedTiles:
+    case Arrangement::reversedTiles:
       return DNGBuilder().tiles(8, 5).segmentsInReverseOrder().gapBetweenSegments(3);
     default:
       return DNGBuilder().strips(4).gapBetweenSegments(5);
@@ -39,14 +39,14 @@ DNGBuilder laidOut(Layout layout) {
 // The runs of samples in which two planes differ.
 std::vector<SampleRun> differences(const Samples& one, const Samples& other) {
   std::vector<SampleRun> runs;
-  for (std::int64_t i = 0; i < width * height; ++i) {
+  for (std::int64_t i = 0; i < rowLength * rowCount; ++i) {
     if (one[static_cast<std::size_t>(i)] == other[static_cast<std::size_t>(i)]) continue;
-    const bool continues = !runs.empty() && i % width != 0 && runs.back().row == i / width &&
-                           runs.back().column + runs.back().count == i % width;
+    const bool continues = !runs.empty() && i % rowLength != 0 && runs.back().row == i / rowLength &&
+                           runs.back().column + runs.back().count == i % rowLength;
     if (continues) {
       ++runs.back().count;
     } else {
-      runs.push_back({i / width, i % width, 1});
+      runs.push_back({i / rowLength, i % rowLength, 1});
     }
   }
   return runs;
@@ -59,23 +59,23 @@ Samples withChanges(Samples samples, int bits, int changes) {
   return samples;
 }
 
-using Variant = std::tuple<int, bool, int, Layout>;  // bits, little-endian, fill order, layout
+using SourceVariant = std::tuple<int, bool, int, Arrangement>;  // bits, little-endian, fill order, layout
 
-class SourceForm : public tests::WriterFixture, public testing::WithParamInterface<Variant> {
+class SourceForm : public tests::WriterFixture, public testing::WithParamInterface<SourceVariant> {
  protected:
   [[nodiscard]] int bits() const { return std::get<0>(GetParam()); }
 
   // Odd in length, padding and tail filled with ones and zeros.
   [[nodiscard]] DNGBuilder builder() const {
     DNGBuilder result = laidOut(std::get<3>(GetParam()));
-    result.size(width, height).bits(bits()).fillOrder(std::get<2>(GetParam())).paddingByte(0xA5);
+    result.size(rowLength, rowCount).bits(bits()).fillOrder(std::get<2>(GetParam())).paddingByte(0xA5);
     if (!std::get<1>(GetParam())) result.bigEndian();
     result.trailingBytes(100);
     if (result.build().size() % 2 == 0) result.trailingBytes(101);
     return result;
   }
 
-  [[nodiscard]] Samples original() const { return noise(width * height, bits()); }
+  [[nodiscard]] Samples original() const { return noise(rowLength * rowCount, bits()); }
 
   void expectBytes(const Samples& samples) const {
     EXPECT_TRUE(readBytes(destination) == builder().samples(samples).build());
@@ -97,7 +97,7 @@ TEST_P(SourceForm, IsTheSourceByteForByteWithoutRuns) {
 
 TEST_P(SourceForm, HoldsOtherSamplesInTheSamePlaces) {
   makeSource(builder().samples(original()));
-  const Samples other = noise(width * height, bits(), 2);
+  const Samples other = noise(rowLength * rowCount, bits(), 2);
   copy(other);
   expectBytes(other);
 }
@@ -142,7 +142,7 @@ TEST_P(SourceForm, IsTheSameWhereTheSystemCopiesNothingByItself) {
   expectBytes(samples);
 }
 
-std::string variantName(const testing::TestParamInfo<Variant>& info) {
+std::string variantName(const testing::TestParamInfo<SourceVariant>& info) {
   static const char* const layouts[] = {"OneStrip", "Strips", "Tiles", "ReversedStrips", "ReversedTiles", "Gaps"};
   const auto [bits, little, fillOrder, layout] = info.param;
   return std::to_string(bits) + "Bits" + (little ? "Little" : "Big") + "FillOrder" + std::to_string(fillOrder) +
@@ -151,8 +151,9 @@ std::string variantName(const testing::TestParamInfo<Variant>& info) {
 
 INSTANTIATE_TEST_SUITE_P(All, SourceForm,
                          testing::Combine(testing::Values(8, 10, 12, 14, 16), testing::Bool(), testing::Values(1, 2),
-                                          testing::Values(Layout::oneStrip, Layout::strips, Layout::tiles,
-                                                          Layout::reversedStrips, Layout::reversedTiles, Layout::gaps)),
+                                          testing::Values(Arrangement::oneStrip, Arrangement::strips,
+                                                          Arrangement::tiles, Arrangement::reversedStrips,
+                                                          Arrangement::reversedTiles, Arrangement::gaps)),
                          variantName);
 
 // Rows of more than the buffer together, changed and unchanged stretches longer than what is bridged.

@@ -22,8 +22,8 @@ TEST_F(SampleCodingRules, KeepTheLinearizationTable) {
 
 TEST_F(SampleCodingRules, LimitTheLinearizationTable) {
   const std::string size = "Invalid DNG structure: LinearizationTable size";
-  const auto table = [](std::size_t values) {
-    return DNGBuilder().linearization(std::vector<std::uint16_t>(values, 9));
+  const auto table = [](std::size_t length) {
+    return DNGBuilder().linearization(std::vector<std::uint16_t>(length, 9));
   };
   EXPECT_EQ(refusal(table(1)), "");
   EXPECT_EQ(refusal(table(65'536)), "");

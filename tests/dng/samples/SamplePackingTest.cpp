@@ -33,7 +33,7 @@ Bytes packedInto(const SampleFormat& format, const Samples& samples, Bytes bytes
   return bytes;
 }
 
-Bytes packed(const SampleFormat& format, const Samples& samples) {
+Bytes packedBytes(const SampleFormat& format, const Samples& samples) {
   const auto length = static_cast<std::size_t>(format.byteCount(static_cast<std::int64_t>(samples.size())));
   return packedInto(format, samples, Bytes(length));
 }
@@ -76,14 +76,14 @@ TEST(UnpackSamples, StartsWithTheLowestBitInFillOrder2) {
 }
 
 TEST(PackSamples, WritesTheSameBytes) {
-  EXPECT_EQ(packed(le16, {0x1234}), bytesOf({0x34, 0x12}));
-  EXPECT_EQ(packed(be16, {0x1234}), bytesOf({0x12, 0x34}));
-  EXPECT_EQ(packed({16, true, true}, {0x1234}), bytesOf({0x2C, 0x48}));
-  EXPECT_EQ(packed({8, true, true}, {128, 1}), bytesOf({0x01, 0x80}));
-  EXPECT_EQ(packed({10, true, false}, {1, 2, 3, 4}), bytesOf({0x00, 0x40, 0x20, 0x0C, 0x04}));
-  EXPECT_EQ(packed({12, true, false}, {0xABC, 0x123}), bytesOf({0xAB, 0xC1, 0x23}));
-  EXPECT_EQ(packed({12, true, true}, {0xABC, 0x123}), bytesOf({0xD5, 0x83, 0xC4}));
-  EXPECT_EQ(packed({14, true, false}, {1, 2, 3, 4}), bytesOf({0x00, 0x04, 0x00, 0x20, 0x00, 0xC0, 0x04}));
+  EXPECT_EQ(packedBytes(le16, {0x1234}), bytesOf({0x34, 0x12}));
+  EXPECT_EQ(packedBytes(be16, {0x1234}), bytesOf({0x12, 0x34}));
+  EXPECT_EQ(packedBytes({16, true, true}, {0x1234}), bytesOf({0x2C, 0x48}));
+  EXPECT_EQ(packedBytes({8, true, true}, {128, 1}), bytesOf({0x01, 0x80}));
+  EXPECT_EQ(packedBytes({10, true, false}, {1, 2, 3, 4}), bytesOf({0x00, 0x40, 0x20, 0x0C, 0x04}));
+  EXPECT_EQ(packedBytes({12, true, false}, {0xABC, 0x123}), bytesOf({0xAB, 0xC1, 0x23}));
+  EXPECT_EQ(packedBytes({12, true, true}, {0xABC, 0x123}), bytesOf({0xD5, 0x83, 0xC4}));
+  EXPECT_EQ(packedBytes({14, true, false}, {1, 2, 3, 4}), bytesOf({0x00, 0x04, 0x00, 0x20, 0x00, 0xC0, 0x04}));
 }
 
 TEST(PackSamples, LeavesThePaddingBitsAlone) {
@@ -230,7 +230,7 @@ TEST(SamplePacking, RefusesDepthsThatNoFileMayHave) {
 // Read as another depth, the samples would reach beyond the seven bytes that five of 11 bits take.
 TEST(SamplePacking, ReadsNothingOfADepthThatNoFileMayHave) {
   EXPECT_EQ(refusalOf([] { return unpacked({11, true, false}, Bytes(7), 5); }), "Unsupported DNG: Raw bit depth 11");
-  EXPECT_EQ(refusalOf([] { return packed({11, true, false}, Samples(5)); }), "Unsupported DNG: Raw bit depth 11");
+  EXPECT_EQ(refusalOf([] { return packedBytes({11, true, false}, Samples(5)); }), "Unsupported DNG: Raw bit depth 11");
 }
 
 }  // namespace
