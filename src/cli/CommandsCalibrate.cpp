@@ -158,24 +158,21 @@ ExitStatus calibrate(const CalibrateOptions& options, const Context& context) {
 
 void addCalibrate(Program& program) {
   auto options = std::make_shared<CalibrateOptions>();
-  CLI::App* command =
-      addCommand(program, program.app, "calibrate", "Find the fixed sensor defects in a set of calibration frames");
-  command->add_option("FOLDER_OR_FILES", options->frames, "A folder with calibration DNG files, or the files")
-      ->required()
-      ->type_name("");
-  addOption(command, "--result", options->result, "OUT.json",
-            "Write the result of the analysis as JSON; - is standard output");
-  addOption(command, "--preview", options->preview, "OUT.pgm", "Write the preview as a picture (binary PGM)");
-  addOption(command, "--inspect", options->inspect, "FILE", "Preview this photograph instead of a bright-field frame");
-  command->add_option("--name", options->name, "The name of the profile")->type_name("NAME");
-  addOption(command, "--profile", options->profile, "OUT.json", "Write a profile of the included candidates to a file");
-  command->add_flag("--save", options->save, "Put a profile of the included candidates into the profile store");
-  addOption(command, "--pixel-confidence", options->pixelConfidence, "PERCENT",
-            "Include pixels from this confidence on, 50 to 100; otherwise 98");
-  addOption(command, "--include", options->include, "preselected|all|none", "Which candidates are included")
-      ->check(CLI::IsMember({"preselected", "all", "none"}).description(""));
-  command->add_flag("--second-opinion", options->secondOpinion,
-                    "Also look for soft shadows, weak columns and unsteady pixels; told in --result, never included");
+  Command command = addCommand(program, "calibrate", "Find the fixed sensor defects in a set of calibration frames");
+  command.addOperand("FOLDER_OR_FILES", options->frames, "A folder with calibration DNG files, or the files");
+  command.addOption("--result", options->result, "OUT.json",
+                    "Write the result of the analysis as JSON; - is standard output");
+  command.addOption("--preview", options->preview, "OUT.pgm", "Write the preview as a picture (binary PGM)");
+  command.addOption("--inspect", options->inspect, "FILE", "Preview this photograph instead of a bright-field frame");
+  command.addOption("--name", options->name, "NAME", "The name of the profile");
+  command.addOption("--profile", options->profile, "OUT.json", "Write a profile of the included candidates to a file");
+  command.addFlag("--save", options->save, "Put a profile of the included candidates into the profile store");
+  command.addOption("--pixel-confidence", options->pixelConfidence, "PERCENT",
+                    "Include pixels from this confidence on, 50 to 100; otherwise 98");
+  command.addOption("--include", options->include, "preselected|all|none", "Which candidates are included")
+      .oneOf({"preselected", "all", "none"});
+  command.addFlag("--second-opinion", options->secondOpinion,
+                  "Also look for soft shadows, weak columns and unsteady pixels; told in --result, never included");
   setAction(program, command, options, calibrate);
 }
 

@@ -10,34 +10,33 @@ namespace tessaly::cli {
 namespace {
 
 struct HelpOptions {
-  const CLI::App* app = nullptr;
+  Command program;
   std::vector<std::string> words;
 };
 
-const CLI::App& subcommand(const CLI::App& parent, const std::string& word) {
-  const auto found = parent.get_subcommands([&word](const CLI::App* command) { return command->get_name() == word; });
-  if (found.empty()) throw UsageError("Unknown command: " + displayText(word));
-  return *found.front();
+Command subcommand(const Command& parent, const std::string& word) {
+  const auto found = parent.find(word);
+  if (!found) throw UsageError("Unknown command: " + displayText(word));
+  return *found;
 }
 
 ExitStatus help(const HelpOptions& options, const Context&) {
-  const CLI::App* command = options.app;
-  std::string called = command->get_name();
+  Command command = options.program;
+  std::string called = command.name();
   for (const std::string& word : options.words) {
-    command = &subcommand(*command, word);
+    command = subcommand(command, word);
     called += " " + word;
   }
-  Console::write(command->get_formatter()->make_help(command, called, CLI::AppFormatMode::Normal));
+  Console::write(command.help(called));
   return ExitStatus::done;
 }
 
 }  // namespace
 
 void addHelp(Program& program) {
-  auto options = std::make_shared<HelpOptions>();
-  options->app = &program.app;
-  CLI::App* command = addCommand(program, program.app, "help", "Describe the program or a command");
-  command->add_option("COMMAND", options->words, "The command, as it is called")->type_name("");
+  auto options = std::make_shared<HelpOptions>(HelpOptions{program.grammar.program(), {}});
+  Command command = addCommand(program, "help", "Describe the program or a command");
+  command.addOperand("COMMAND", options->words, "The command, as it is called").canBeLeftOut();
   setAction(program, command, options, help);
 }
 

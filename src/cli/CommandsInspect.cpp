@@ -24,8 +24,8 @@ ExitStatus inspect(const InspectOptions& options, const Context&) {
 
 void addInspect(Program& program) {
   auto options = std::make_shared<InspectOptions>();
-  CLI::App* command = addCommand(program, program.app, "inspect", "Print what is known about a DNG file, as JSON");
-  addOperand(command, "FILE", options->file, "A DNG file; only its metadata is read");
+  Command command = addCommand(program, "inspect", "Print what is known about a DNG file, as JSON");
+  command.addOperand("FILE", options->file, "A DNG file; only its metadata is read");
   setAction(program, command, options, inspect);
 }
 

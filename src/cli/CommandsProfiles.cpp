@@ -29,7 +29,7 @@ struct ProfileOptions {
 
 /// What is done to a profile file or to the store, failing with the name of it.
 template <typename Work>
-auto about(const fs::path& subject, Work work) {
+auto attempt(const fs::path& subject, Work work) {
   try {
     return work();
   } catch (const std::exception& error) {
@@ -45,7 +45,7 @@ std::string listLine(const CameraProfile& profile) {
 
 ExitStatus list(const NoOptions&, const Context&) {
   std::string lines;
-  for (const CameraProfile& profile : about(ProfileStore::directory(), ProfileStore::loadAll))
+  for (const CameraProfile& profile : attempt(ProfileStore::directory(), ProfileStore::loadAll))
     lines += listLine(profile);
   Console::write(lines);
   return ExitStatus::done;
@@ -68,7 +68,7 @@ ExitStatus validate(const ProfileOptions& options, const Context&) {
 }
 
 ExitStatus import(const ProfileOptions& options, const Context&) {
-  const CameraProfile profile = about(options.file, [&] { return ProfileStore::importProfile(options.file); });
+  const CameraProfile profile = attempt(options.file, [&] { return ProfileStore::importProfile(options.file); });
   Console::write(listLine(profile));
   Console::note(L("Imported profile saved as a new copy."));
   return ExitStatus::done;
@@ -98,7 +98,7 @@ void tellReturn(const fs::path& file) {
 
 ExitStatus remove(const ProfileOptions& options, const Context&) {
   const fs::path file = fileToRemove(options.profile);
-  about(options.profile, [&] {
+  attempt(options.profile, [&] {
     // A profile given by its path need not be in the store; saying that it was deleted would be wrong.
     if (!fs::remove(file)) throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
   });
@@ -128,25 +128,25 @@ constexpr Subcommand subcommands[] = {
     {"delete", "Remove a profile from the store", whichToRemove, nullptr, remove},
 };
 
-void addSubcommand(Program& program, CLI::App& parent, const Subcommand& subcommand) {
+void addSubcommand(Program& program, Command parent, const Subcommand& subcommand) {
   auto options = std::make_shared<ProfileOptions>();
-  CLI::App* command = addCommand(program, parent, subcommand.name, subcommand.description);
-  if (subcommand.profile) addOperand(command, "P", options->profile, subcommand.profile);
-  if (subcommand.file) addOperand(command, "FILE", options->file, subcommand.file);
+  Command command = addCommand(program, parent, subcommand.name, subcommand.description);
+  if (subcommand.profile) command.addOperand("P", options->profile, subcommand.profile);
+  if (subcommand.file) command.addOperand("FILE", options->file, subcommand.file);
   setAction(program, command, options, subcommand.run);
 }
 
 }  // namespace
 
 void addProfiles(Program& program) {
-  CLI::App* profiles = addCommand(program, program.app, "profiles", "The stored camera profiles");
-  profiles->require_subcommand(1);
-  CLI::App* listing =
-      addCommand(program, *profiles, "list",
+  Command profiles = addCommand(program, "profiles", "The stored camera profiles");
+  profiles.requireCommand();
+  const Command listing =
+      addCommand(program, profiles, "list",
                  "Print a line a profile: id, name, camera model, serial, numbers of pixels, columns and spots");
   setAction(program, listing, std::make_shared<NoOptions>(), list);
   for (const Subcommand& subcommand : subcommands)
-    addSubcommand(program, *profiles, subcommand);
+    addSubcommand(program, profiles, subcommand);
 }
 
 }  // namespace tessaly::cli

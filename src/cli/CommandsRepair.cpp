@@ -140,20 +140,18 @@ ExitStatus repair(const RepairOptions& options, const Context& context) {
 
 void addRepair(Program& program) {
   auto options = std::make_shared<RepairOptions>();
-  CLI::App* command =
-      addCommand(program, program.app, "repair", "Write repaired copies of all DNG files of a folder, or of one file");
-  addOperand(command, "SOURCE", options->source, "The folder that directly contains the DNG files, or one file");
-  addOption(command, "--profile", options->profile, "PROFILE", "A profile file, or a stored profile's id or name")
-      ->required();
-  command->add_option("--output", options->output, "The folder for the copies; otherwise as the preferences say")
-      ->type_name("FOLDER");
-  command->add_option("--workers", options->workers, "How many files at once, 1 to 4; 0 is automatic")->type_name("N");
-  command->add_option("--existing", options->existing, "What to do when a copy's name is taken")
-      ->type_name("skip|numberedCopy")
-      ->check(CLI::IsMember({"skip", "numberedCopy"}).description(""));
-  command->add_flag("--no-log", options->noLog, "Write no CSV log into the output folder");
-  addOption(command, "--summary", options->summary, "OUT.json",
-            "Write what became of the files as JSON; - is standard output");
+  Command command = addCommand(program, "repair", "Write repaired copies of all DNG files of a folder, or of one file");
+  command.addOperand("SOURCE", options->source, "The folder that directly contains the DNG files, or one file");
+  command.addOption("--profile", options->profile, "PROFILE", "A profile file, or a stored profile's id or name")
+      .require();
+  command.addOption("--output", options->output, "FOLDER",
+                    "The folder for the copies; otherwise as the preferences say");
+  command.addOption("--workers", options->workers, "N", "How many files at once, 1 to 4; 0 is automatic");
+  command.addOption("--existing", options->existing, "skip|numberedCopy", "What to do when a copy's name is taken")
+      .oneOf({"skip", "numberedCopy"});
+  command.addFlag("--no-log", options->noLog, "Write no CSV log into the output folder");
+  command.addOption("--summary", options->summary, "OUT.json",
+                    "Write what became of the files as JSON; - is standard output");
   setAction(program, command, options, repair);
 }
 

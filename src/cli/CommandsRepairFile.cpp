@@ -27,11 +27,11 @@ ExitStatus repairFile(const RepairFileOptions& options, const Context&) {
 
 void addRepairFile(Program& program) {
   auto options = std::make_shared<RepairFileOptions>();
-  CLI::App* command = addCommand(program, program.app, "repair-file", "Write the repaired copy of one DNG file");
-  addOperand(command, "SOURCE", options->source, "The DNG file; it is only read");
-  addOperand(command, "DESTINATION", options->destination, "The copy; nothing may stand there yet");
-  addOption(command, "--profile", options->profile, "PROFILE", "A profile file, or a stored profile's id or name")
-      ->required();
+  Command command = addCommand(program, "repair-file", "Write the repaired copy of one DNG file");
+  command.addOperand("SOURCE", options->source, "The DNG file; it is only read");
+  command.addOperand("DESTINATION", options->destination, "The copy; nothing may stand there yet");
+  command.addOption("--profile", options->profile, "PROFILE", "A profile file, or a stored profile's id or name")
+      .require();
   setAction(program, command, options, repairFile);
 }
 

@@ -52,11 +52,12 @@ ExitStatus samples(const SamplesOptions& options, const Context& context) {
 
 void addSamples(Program& program) {
   auto options = std::make_shared<SamplesOptions>();
-  CLI::App* command = addCommand(program, program.app, "samples", "Write the raw samples of a DNG file");
-  addOperand(command, "FILE", options->file, "A DNG file");
-  addOption(command, "--output", options->output, "OUT",
-            "The file for the samples, unsigned 16-bit little-endian, row after row; - is standard output")
-      ->required();
+  Command command = addCommand(program, "samples", "Write the raw samples of a DNG file");
+  command.addOperand("FILE", options->file, "A DNG file");
+  command
+      .addOption("--output", options->output, "OUT",
+                 "The file for the samples, unsigned 16-bit little-endian, row after row; - is standard output")
+      .require();
   setAction(program, command, options, samples);
 }
 

@@ -4,10 +4,12 @@
 #include "cli/Failures.h"
 #include "cli/Interruption.h"
 #include "localization/Localization.h"
-#include "platform/Text.h"
 #include "preferences/AppLanguage.h"
 
-#include <sstream>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace tessaly::cli {
 namespace {
@@ -17,46 +19,19 @@ void tell(const FailureText& text) {
   Console::note("Cause: " + text.cause);
 }
 
-/// The line of the help that shows how the command is called.
-std::string usageLine(const CLI::App& app) {
-  std::istringstream help(app.help());
-  for (std::string line; std::getline(help, line);) {
-    if (line.starts_with("Usage:")) return line;
-  }
-  return "";
-}
-
 ExitStatus refuseUsage(const Program& program, std::string_view reason) {
   Console::note("tessaly-cli: " + std::string(reason));
-  Console::note(usageLine(program.app));
+  Console::note(program.grammar.usage());
   Console::note("Run with --help for more information.");
   return ExitStatus::usage;
 }
 
-/// CLI11 misses what is required before it looks at what is too much; a misspelled word is why something is missing.
-std::string reasonFor(const Program& program, const CLI::ParseError& error) {
-  const CLI::App* command = &program.app;
-  while (!command->get_subcommands().empty())
-    command = command->get_subcommands().front();
-  for (const std::string& word : program.app.remaining(true)) {
-    if (word.starts_with("-")) return "Unknown option: " + displayText(word);
-    if (command->get_require_subcommand_min() > 0) return "Unknown command: " + displayText(word);
-  }
-  return error.what();
-}
-
 /// Nothing when there is an action to run; else the program ends.
-std::optional<ExitStatus> parseOrEnd(Program& program, int count, const char* const* arguments) {
-  try {
-    parse(program, count, arguments);
-    return std::nullopt;
-  } catch (const CLI::CallForHelp&) {
-    Console::write(program.app.help());
-  } catch (const CLI::CallForVersion& version) {
-    Console::write(std::string(version.what()) + "\n");
-  } catch (const CLI::ParseError& error) {
-    return refuseUsage(program, reasonFor(program, error));
-  }
+std::optional<ExitStatus> readOrEnd(Program& program, int count, const char* const* arguments) {
+  const Reading reading = read(program, count, arguments);
+  if (reading.kind == Reading::Kind::command) return std::nullopt;
+  if (reading.kind == Reading::Kind::mistake) return refuseUsage(program, reading.text);
+  Console::write(reading.text);
   return ExitStatus::done;
 }
 
@@ -72,7 +47,7 @@ ExitStatus run(int count, const char* const* arguments, Interruption& interrupti
   for (const auto add : {addInspect, addSamples, addCalibrate, addRepair, addRepairFile, addProfiles, addHelp})
     add(program);
   try {
-    if (const auto ended = parseOrEnd(program, count, arguments)) return *ended;
+    if (const auto ended = readOrEnd(program, count, arguments)) return *ended;
     Localization::setLanguageOverride(appLanguage(program.language));
     return runAction(program, interruption);
   } catch (const Interrupted&) {

@@ -156,5 +156,9 @@ TEST_F(GrammarTest, TakesAFileWhoseNameIsACommandOrAnOption) {
   EXPECT_THAT(result.output, StartsWith("{"));
 }
 
+TEST_F(GrammarTest, TakesAFolderInBracketsBehindAFlag) {
+  EXPECT_THAT(run({"calibrate", "--second-opinion", "[c,d]"}).errors, StartsWith("[c,d]: "));
+}
+
 }  // namespace
 }  // namespace tessaly::tests

@@ -102,6 +102,14 @@ std::string toolkitInclude(const TextFile& file, const std::string& line) {
   return isToolkit && !isAllowed ? "includes " + included : "";
 }
 
+std::string costlyInclude(const TextFile& file, const std::string& line) {
+  static const std::set<std::string> readers{"src/cli/Grammar.cpp", "src/app/main.cpp"};
+  const std::string included = includedBy(line);
+  const bool isCostly = (included.starts_with("CLI/") && !readers.contains(file.path)) ||
+                        (included == "nlohmann/json.hpp" && file.path.ends_with(".h"));
+  return isCostly ? "includes " + included : "";
+}
+
 std::string localeBoundCall(const TextFile&, const std::string& line) {
   static const std::set<std::string> functions{"printf",       "snprintf",      "sprintf", "fprintf", "strtod",
                                                "strtof",       "atof",          "stod",    "stof",    "sscanf",
@@ -192,6 +200,10 @@ Complaints sourcesWithoutHeader(const fs::path& root) {
 
 Complaints toolkitIncludes(const fs::path& root) {
   return complaintsOf(cppFiles(root, "src/"), toolkitInclude);
+}
+
+Complaints costlyIncludes(const fs::path& root) {
+  return complaintsOf(cppFiles(root, "src/"), costlyInclude);
 }
 
 Complaints localeBoundCalls(const fs::path& root) {

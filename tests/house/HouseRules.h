@@ -25,6 +25,10 @@ using Complaints = std::vector<std::string>;
 /// Qt is included by the window, and by the sources (not the headers) of the preferences.
 [[nodiscard]] Complaints toolkitIncludes(const std::filesystem::path& root);
 
+/// Headers that take seconds to read: CLI11 is included by one file of each program, and headers of src/ include only
+/// the declarations of the JSON library.
+[[nodiscard]] Complaints costlyIncludes(const std::filesystem::path& root);
+
 /// No function of the standard library whose result depends on the process locale, in src/.
 [[nodiscard]] Complaints localeBoundCalls(const std::filesystem::path& root);
 

@@ -31,6 +31,10 @@ TEST(House, KeepsQtInTheWindowAndThePreferences) {
   EXPECT_THAT(toolkitIncludes(project), IsEmpty());
 }
 
+TEST(House, ReadsCostlyHeadersWhereTheyAreUsed) {
+  EXPECT_THAT(costlyIncludes(project), IsEmpty());
+}
+
 TEST(House, DependsOnNoLocale) {
   EXPECT_THAT(localeBoundCalls(project), IsEmpty());
 }
@@ -109,6 +113,17 @@ TEST_F(PlantedFault, OfTheToolkitIsSeen) {
   plant("src/repair/Map.cpp", "#include <QtCore/QString>\n");
   EXPECT_THAT(toolkitIncludes(root), ElementsAre("src/preferences/Settings.h:1: includes QSettings",
                                                  "src/repair/Map.cpp:1: includes QtCore/QString"));
+}
+
+TEST_F(PlantedFault, OfACostlyHeaderIsSeen) {
+  plant("src/cli/Grammar.cpp", "#include <CLI/CLI.hpp>\n");
+  plant("src/store/Store.cpp", "#include <nlohmann/json.hpp>\n");
+  plant("src/store/Store.h", "#include <nlohmann/json_fwd.hpp>\n");
+  EXPECT_THAT(costlyIncludes(root), IsEmpty());
+  plant("src/cli/Program.h", "#include <CLI/App.hpp>\n");
+  plant("src/store/Store.h", "#include <nlohmann/json.hpp>\n");
+  EXPECT_THAT(costlyIncludes(root), ElementsAre("src/cli/Program.h:1: includes CLI/App.hpp",
+                                                "src/store/Store.h:1: includes nlohmann/json.hpp"));
 }
 
 TEST_F(PlantedFault, OfTheLocaleIsSeen) {
