@@ -1,5 +1,5 @@
 # Sourced by run, test and .ci/run: installs missing packages and makes builds. What they print is kept in build/ and
-# shown only when they fail.
+# shown only when they fail; of a build one sees how far it is.
 #
 #   install_packages build test      installs what is missing of these groups of packages.txt
 #   build_preset dev [TARGET…]       configures build/dev by its preset and builds these targets, or all
@@ -27,8 +27,29 @@ quietly() {
   shift
   mkdir -p "$(dirname "$log")"
   "$@" >"$log" 2>&1 && return
-  grep -v '^\[[0-9]*/[0-9]*\] [A-Z][a-z]*ing ' "$log" >&2
+  show_failure "$log"
+}
+
+# show_failure LOG: what a failed command has printed, without the steps of a build that went well.
+show_failure() {
+  grep -v '^\[[0-9]*/[0-9]*\] [A-Z][a-z]*ing ' "$1" >&2
   return 1
+}
+
+# show_progress LOG: keeps what a build prints in LOG and tells how many of its targets are done: on a terminal in
+# place, elsewhere a line after each tenth.
+show_progress() {
+  local line done all tenths=0 begin='' end=$'\n'
+  [ ! -t 2 ] || { begin=$'\r\e[K' end=''; }
+  while IFS= read -r line; do
+    printf '%s\n' "$line" >&3
+    [[ $line =~ ^\[([0-9]+)/([0-9]+)\]\  ]] || continue
+    done=${BASH_REMATCH[1]} all=${BASH_REMATCH[2]}
+    [ -z "$end" ] || [ $((done * 10 / all)) -gt "$tenths" ] || continue
+    tenths=$((done * 10 / all))
+    printf '%s  %d of %d%s' "$begin" "$done" "$all" "$end" >&2
+  done 3>"$1"
+  printf '%s' "$begin" >&2
 }
 
 apt_install() {
@@ -57,7 +78,17 @@ configure_and_build() {
   cd "$root" && cmake --preset "$preset" "${options[@]}" && cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
+# first_build PRESET: how long the first build of a preset takes, where that is known in processor seconds.
+first_build() {
+  local -A seconds=([release]=250)
+  [ -n "${seconds[$1]:-}" ] && [ ! -e "$root/build/$1/.ninja_log" ] || return 0
+  local minutes=$(((seconds[$1] / $(nproc) + 59) / 60))
+  echo " The first time takes about $minutes min on $(nproc) processors."
+}
+
 build_preset() {
-  echo "Building Tessaly…" >&2
-  (quietly "$root/build/$1.log" configure_and_build "$@")
+  local log=$root/build/$1.log
+  echo "Building Tessaly…$(first_build "$1")" >&2
+  mkdir -p "$root/build"
+  (set -o pipefail && configure_and_build "$@" 2>&1 | show_progress "$log") || show_failure "$log"
 }
