@@ -2,7 +2,7 @@
 // of the sample at column x, row y before it is limited to the range of samples; none changes the mosaic.
 //
 // No rule reads a defective sample other than the one it rebuilds, so the order in which samples are rebuilt does not
-// matter.
+// matter, and a sample may be replaced in place at once.
 #pragma once
 
 #include "repair/Mosaic.h"
@@ -19,14 +19,21 @@ struct Direction {
 };
 inline constexpr std::array<Direction, 4> interpolationDirections{{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};
 
+/// How many rows above and below a sample its rule looks at; lines stay in their row.
+inline constexpr std::int64_t pointReach = 4;
+inline constexpr std::int64_t spotReach = 63;
+
 /// Samples of defective columns: interpolation along the row, with the fine texture of one neighbour put back.
-[[nodiscard]] std::int64_t rebuildLineSample(const Mosaic& mosaic, std::int64_t x, std::int64_t y);
+template <typename AnyMosaic>
+[[nodiscard]] std::int64_t rebuildLineSample(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y);
 
 /// Samples of spots: interpolation over a long distance in the flattest direction, within the range that the spot's
 /// surroundings span.
-[[nodiscard]] std::int64_t rebuildSpotSample(const Mosaic& mosaic, std::int64_t x, std::int64_t y);
+template <typename AnyMosaic>
+[[nodiscard]] std::int64_t rebuildSpotSample(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y);
 
 /// Single samples: the mean of the two nearest samples of the colour in the flattest direction.
-[[nodiscard]] std::int64_t rebuildPointSample(const Mosaic& mosaic, std::int64_t x, std::int64_t y);
+template <typename AnyMosaic>
+[[nodiscard]] std::int64_t rebuildPointSample(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y);
 
 }  // namespace tessaly

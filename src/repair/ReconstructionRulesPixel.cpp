@@ -1,3 +1,4 @@
+#include "repair/Mosaics.h"
 #include "repair/ReconstructionRules.h"
 #include "repair/RowSearch.h"
 
@@ -7,12 +8,11 @@
 namespace tessaly {
 namespace {
 
-constexpr std::int64_t farthestNeighbour = 4;
-
 /// The first sample of the colour in this direction; nothing when there is none or when it is defective: one farther
 /// out would no longer be near enough to stand for a single sample.
-std::optional<std::int64_t> nearestValue(const Mosaic& mosaic, std::int64_t x, std::int64_t y, Direction step) {
-  for (std::int64_t k = 1; k <= farthestNeighbour; ++k) {
+template <typename AnyMosaic>
+std::optional<std::int64_t> nearestValue(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y, Direction step) {
+  for (std::int64_t k = 1; k <= pointReach; ++k) {
     const std::int64_t column = x + k * step.dx, row = y + k * step.dy;
     if (!mosaic.contains(column, row)) return std::nullopt;
     if (!mosaic.sameColour(column, row, x, y)) continue;
@@ -24,7 +24,8 @@ std::optional<std::int64_t> nearestValue(const Mosaic& mosaic, std::int64_t x, s
 
 }  // namespace
 
-std::int64_t rebuildPointSample(const Mosaic& mosaic, std::int64_t x, std::int64_t y) {
+template <typename AnyMosaic>
+std::int64_t rebuildPointSample(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y) {
   std::optional<std::int64_t> flattest, value;
   for (const Direction& direction : interpolationDirections) {
     const auto back = nearestValue(mosaic, x, y, {-direction.dx, -direction.dy});
@@ -37,5 +38,7 @@ std::int64_t rebuildPointSample(const Mosaic& mosaic, std::int64_t x, std::int64
   }
   return value ? *value : interpolateRow(mosaic, x, y, findRowNeighbours(mosaic, x, y));
 }
+
+template std::int64_t rebuildPointSample(const PlaneMosaic&, std::int64_t, std::int64_t);
 
 }  // namespace tessaly

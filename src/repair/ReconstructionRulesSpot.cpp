@@ -1,3 +1,4 @@
+#include "repair/Mosaics.h"
 #include "repair/ReconstructionRules.h"
 #include "repair/RowSearch.h"
 
@@ -7,8 +8,6 @@
 
 namespace tessaly {
 namespace {
-
-constexpr std::int64_t farthestOutside = 63;
 
 /// A clean sample of the colour at the rim of the spot.
 struct RimSample {
@@ -25,8 +24,9 @@ struct Reconstruction {
   std::int64_t highest = 0;
 };
 
-std::optional<RimSample> findRim(const Mosaic& mosaic, std::int64_t x, std::int64_t y, Direction step) {
-  for (std::int64_t k = 1; k <= farthestOutside; ++k) {
+template <typename AnyMosaic>
+std::optional<RimSample> findRim(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y, Direction step) {
+  for (std::int64_t k = 1; k <= spotReach; ++k) {
     const std::int64_t column = x + k * step.dx, row = y + k * step.dy;
     if (!mosaic.contains(column, row)) return std::nullopt;
     if (mosaic.isDefective(column, row) || !mosaic.sameColour(column, row, x, y)) continue;
@@ -49,7 +49,8 @@ void consider(Reconstruction& best, const RimSample& back, const RimSample& ahea
 
 }  // namespace
 
-std::int64_t rebuildSpotSample(const Mosaic& mosaic, std::int64_t x, std::int64_t y) {
+template <typename AnyMosaic>
+std::int64_t rebuildSpotSample(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y) {
   Reconstruction best;
   for (const Direction& direction : interpolationDirections) {
     const auto back = findRim(mosaic, x, y, {-direction.dx, -direction.dy});
@@ -60,5 +61,7 @@ std::int64_t rebuildSpotSample(const Mosaic& mosaic, std::int64_t x, std::int64_
   if (!best.found) return interpolateRow(mosaic, x, y, findRowNeighbours(mosaic, x, y));
   return std::clamp(best.value, best.lowest, best.highest);
 }
+
+template std::int64_t rebuildSpotSample(const PlaneMosaic&, std::int64_t, std::int64_t);
 
 }  // namespace tessaly

@@ -2,33 +2,27 @@
 
 #include "dng/DNGError.h"
 #include "repair/DefectMap.h"
-#include "repair/Mosaic.h"
+#include "repair/Mosaics.h"
 #include "repair/ReconstructionRules.h"
-
-#include <algorithm>
 
 namespace tessaly {
 namespace {
 
-using Rule = std::int64_t (*)(const Mosaic&, std::int64_t, std::int64_t);
+using Rule = std::int64_t (*)(const PlaneMosaic&, std::int64_t, std::int64_t);
 
-/// Rebuilds every sample of `samples` by `rule`. A rebuilt sample never exceeds the white level, not even one that
-/// kept its old value for want of neighbours.
-void rebuild(Mosaic& mosaic, const SampleMask& samples, std::int64_t white, Rule rule) {
-  samples.forEach([&](std::int64_t x, std::int64_t y) {
-    const std::int64_t value = std::clamp<std::int64_t>(rule(mosaic, x, y), 0, 65535);
-    mosaic.setValue(x, y, std::min(value, white));
-  });
+/// Rebuilds every sample of `samples` by `rule`.
+void rebuild(PlaneView raw, const PlaneMosaic& mosaic, const SampleMask& samples, Rule rule) {
+  samples.forEach([&](std::int64_t x, std::int64_t y) { raw.at(x, y) = mosaic.limited(rule(mosaic, x, y)); });
 }
 
 }  // namespace
 
 RepairReport RepairEngine::repair(PlaneView raw, const DNGMetadata& metadata, const DefectMap& defects) {
-  Mosaic mosaic(raw, metadata, defects.all);
-  const std::int64_t white = std::clamp<std::int64_t>(metadata.whiteLevel, 0, 65535);
-  rebuild(mosaic, defects.lines, white, rebuildLineSample);
-  rebuild(mosaic, defects.spots, white, rebuildSpotSample);
-  rebuild(mosaic, defects.points, white, rebuildPointSample);
+  const MosaicColours colours(metadata);
+  const PlaneMosaic mosaic(raw, metadata, colours, defects.all);
+  rebuild(raw, mosaic, defects.lines, rebuildLineSample);
+  rebuild(raw, mosaic, defects.spots, rebuildSpotSample);
+  rebuild(raw, mosaic, defects.points, rebuildPointSample);
   return {defects.all.count(), defects.points.count(), defects.lines.count(), defects.spots.count()};
 }
 

@@ -1,8 +1,6 @@
 // Interpolation along the row, which serves defective columns and every sample for which nothing better is found.
 #pragma once
 
-#include "repair/Mosaic.h"
-
 #include <cstdint>
 #include <optional>
 
@@ -14,10 +12,12 @@ struct RowNeighbours {
   std::optional<std::int64_t> right;  ///< column
 };
 
-[[nodiscard]] RowNeighbours findRowNeighbours(const Mosaic& mosaic, std::int64_t x, std::int64_t y);
+template <typename AnyMosaic>
+[[nodiscard]] RowNeighbours findRowNeighbours(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y);
 
 /// Linear between both neighbours, rounded; with one neighbour its value; without any the sample's own.
-[[nodiscard]] std::int64_t interpolateRow(const Mosaic& mosaic, std::int64_t x, std::int64_t y,
+template <typename AnyMosaic>
+[[nodiscard]] std::int64_t interpolateRow(const AnyMosaic& mosaic, std::int64_t x, std::int64_t y,
                                           const RowNeighbours& neighbours);
 
 }  // namespace tessaly
