@@ -29,8 +29,8 @@ class ProfileDecodingError final : public std::runtime_error {
 /// Throws ProfileDecodingError. The form alone is checked, not whether the values make sense for any sensor.
 [[nodiscard]] CameraProfile decodeProfile(std::string_view json);
 
-/// Larger profile files are refused unread. A profile of a million defects has about this size; decoding needs some
-/// ten times the memory of the text.
+/// Larger profile files are refused unread. A profile of a million defects has about this size; decoding needs about
+/// the memory of the records besides.
 inline constexpr std::int64_t maximumProfileFileSize = 64LL << 20;
 
 /// Decodes a profile file. Throws std::system_error when it cannot be opened or read and ProfileDecodingError when it

@@ -254,6 +254,52 @@ TEST(CameraProfileJSON, NeedsEveryKeyOfTheAreaAndTheMosaic) {
   }
 }
 
+// A profile with these pixels.
+std::string withPixels(const std::string& pixels) {
+  return replaced(minimal, "\"pixels\":[]", "\"pixels\":" + pixels);
+}
+
+TEST(CameraProfileJSON, TellsTheFirstFaultOfTheTextThenOfTheFieldsInTheirOrder) {
+  const std::string twoFaults = withPixels(R"([{"x":1},{"x":1,"y":2,"confidence":1,"reason":"r"},7])");
+  EXPECT_EQ(failure(twoFaults), "pixels[0]: \"y\" is missing");
+  EXPECT_EQ(failure(replaced(twoFaults, "\"createdAt\":\"", "\"createdAt\":\"x")),
+            "profile: \"createdAt\" is not an ISO 8601 date and time");
+  EXPECT_EQ(failure(replaced(twoFaults, "\"lines\":[]", "\"lines\":7")), "pixels[0]: \"y\" is missing");
+  EXPECT_THAT(failure(replaced(twoFaults, "[]}", "[}")), HasSubstr("Not a JSON text (at byte "));
+  EXPECT_EQ(failure(withPixels(R"([{"x":1,"y":2,"confidence":1,"reason":"r"},7,{}])")), "pixels[1] is not an object");
+}
+
+TEST(CameraProfileJSON, LetsTheLastOfARepeatedArrayOrObjectCount) {
+  const std::string good = R"([{"x":1,"x":5,"y":2,"confidence":1,"reason":"r"}])";
+  const std::string text = withPixels(good);
+  EXPECT_EQ(decodeProfile(text).pixels.at(0).x, 5);
+  EXPECT_EQ(decodeProfile(replaced(text, "{", R"({"pixels":[{}, 3],)")), decodeProfile(text));
+  EXPECT_EQ(decodeProfile(replaced(text, "{", R"({"pixels":{"x":[]},)")), decodeProfile(text));
+  EXPECT_EQ(failure(replaced(text, "\"lines\"", R"("pixels":{},"lines")")), "profile: \"pixels\" is not an array");
+  const std::string mosaic = R"("cfaLayout":{"width":2,"height":1,"pattern":[0,300],"pattern":[1,2]},)";
+  EXPECT_EQ(decodeProfile(replaced(minimal, "{", "{" + mosaic)).cfaLayout, (CFALayout{2, 1, {1, 2}}));
+  EXPECT_EQ(decodeProfile(replaced(minimal, "{", "{" + mosaic + "\"cfaLayout\":null,")), decodeProfile(minimal));
+  EXPECT_EQ(failure(replaced(minimal, "{", "{" + mosaic + R"("cfaLayout":{"height":1,"pattern":[]},)")),
+            "cfaLayout: \"width\" is missing");
+}
+
+TEST(CameraProfileJSON, PassesOverWhatStandsInsideOtherThings) {
+  const std::string pixel = R"({"x":1,"y":2,"confidence":1,"reason":"r"})";
+  EXPECT_EQ(failure(withPixels("[[" + pixel + "]]")), "pixels[0] is not an object");
+  EXPECT_EQ(failure(withPixels(R"([{"x":{"x":1},"y":2,"confidence":1,"reason":"r"}])")),
+            "pixels[0]: \"x\" is not a 64-bit whole number");
+  EXPECT_EQ(failure(withPixels(R"([{"x":1,"y":2,"confidence":1,"reason":["r"]}])")),
+            "pixels[0]: \"reason\" is not a text");
+  EXPECT_EQ(failure(replaced(minimal, "\"name\":\"N\"", R"("name":{"name":"N"})")), "profile: \"name\" is not a text");
+  EXPECT_EQ(failure(with(R"("cfaLayout":{"width":2,"height":1,"pattern":[[0],[1]]})")),
+            "cfaLayout: \"pattern\" holds something else than 0 to 255");
+  EXPECT_EQ(failure(with(R"("cfaLayout":{"width":2,"height":1,"pattern":[{"pattern":[1]}]})")),
+            "cfaLayout: \"pattern\" holds something else than 0 to 255");
+  EXPECT_EQ(decodeProfile(with(R"("a":{"pixels":[7],"name":3,"b":[{"name":4}]})")), decodeProfile(minimal));
+  EXPECT_EQ(decodeProfile(withPixels("[" + replaced(pixel, "{", R"({"a":{"x":9,"pixels":[9]},)") + "]")),
+            decodeProfile(withPixels("[" + pixel + "]")));
+}
+
 TEST(CameraProfileJSON, IgnoresUnknownKeysEverywhere) {
   const std::string unknown = R"("spotss":[1,{"x":null}],"":0,"Version":"x")";
   EXPECT_EQ(decodeProfile(with(unknown)), decodeProfile(minimal));

@@ -1,0 +1,83 @@
+// One JSON object that is met while a text streams by: what it holds for the keys that are asked for, and the reader
+// that hands these values out as what they must be.
+//
+// Used by one thread.
+#pragma once
+
+#include "platform/JSONNumbers.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaly {
+
+/// A value of an object. Of what is inside an array or an object only `bytes` are kept, and those where they are asked
+/// for.
+struct JSONField {
+  enum class Kind { missing, null, boolean, number, text, array, object };
+
+  const char* key;
+  Kind kind = Kind::missing;
+  nlohmann::json number = nullptr;  ///< null for all other kinds
+  std::string text = {};
+  std::vector<std::uint8_t> bytes = {};  ///< of an array of small numbers
+  bool holdsOtherThanBytes = false;
+};
+
+/// The fields of objects of one kind, one object after the other. Other keys are passed over; the last of a repeated
+/// key counts.
+class JSONFields {
+ public:
+  JSONFields(std::initializer_list<const char*> keys);
+
+  /// Forgets the object before.
+  void clear();
+
+  /// The field that the next value belongs to; null for a key that nobody asks for.
+  [[nodiscard]] JSONField* find(std::string_view key);
+
+  [[nodiscard]] const JSONField& at(std::string_view key) const;
+
+ private:
+  std::vector<JSONField> fields_;
+};
+
+/// Hands out the values of an object; throws ProfileDecodingError with the place of what is not as it must be.
+class JSONObjectReader {
+ public:
+  /// The value of a key, or element `index` of an array.
+  JSONObjectReader(const JSONFields& fields, const char* name, std::int64_t index = -1)
+      : fields_(fields), name_(name), index_(index) {}
+
+  [[nodiscard]] std::int64_t integer(const char* key) const;
+  [[nodiscard]] double number(const char* key) const;
+  [[nodiscard]] const std::string& text(const char* key) const;
+  [[nodiscard]] const std::vector<std::uint8_t>& bytes(const char* key) const;
+
+  void requireArray(const char* key) const;
+
+  /// The object at a key, of which `fields` were kept.
+  [[nodiscard]] JSONObjectReader object(const char* key, const JSONFields& fields) const;
+
+  /// Whether an optional key is present with a value.
+  [[nodiscard]] bool has(const char* key) const;
+
+  [[noreturn]] void fail(const char* key, const char* problem) const;
+
+ private:
+  [[nodiscard]] const JSONField& required(const char* key) const;
+
+  const JSONFields& fields_;
+  const char* name_;
+  std::int64_t index_;
+};
+
+/// "pixels[3]", or the name alone without an index.
+[[nodiscard]] std::string jsonPlace(const char* name, std::int64_t index);
+
+}  // namespace tessaly
