@@ -2,13 +2,13 @@
 // time. The way there is in CameraProfileJSONEncoding.cpp.
 
 #include "dng/SensorFields.h"
+#include "platform/JSONNumbers.h"
 #include "profile/CameraProfileJSON.h"
 #include "profile/JSONFields.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <array>
 #include <optional>
 #include <utility>
 
@@ -201,9 +201,9 @@ class ProfileHandler final : public nlohmann::json_sax<json> {
 
   bool null() override { return scalar(JSONField::Kind::null); }
   bool boolean(bool) override { return scalar(JSONField::Kind::boolean); }
-  bool number_integer(number_integer_t value) override { return number(value); }
-  bool number_unsigned(number_unsigned_t value) override { return number(value); }
-  bool number_float(number_float_t value, const string_t&) override { return number(value); }
+  bool number_integer(number_integer_t value) override { return number({value}); }
+  bool number_unsigned(number_unsigned_t value) override { return number({value}); }
+  bool number_float(number_float_t value, const string_t&) override { return number({value}); }
   bool binary(binary_t&) override { return true; }
 
   bool string(string_t& value) override {
@@ -245,9 +245,7 @@ class ProfileHandler final : public nlohmann::json_sax<json> {
     return true;
   }
 
-  template <typename Number>
-  bool number(Number value) {
-    const json number = value;
+  bool number(JSONNumber number) {
     if (passedOver_ == 0 && bytes_ != nullptr) {
       addByte(number);
     } else if (JSONField* const field = take(JSONField::Kind::number)) {
@@ -256,7 +254,7 @@ class ProfileHandler final : public nlohmann::json_sax<json> {
     return true;
   }
 
-  void addByte(const json& number) {
+  void addByte(JSONNumber number) {
     const std::optional<std::uint8_t> value = wholeNumber<std::uint8_t>(number);
     if (value) bytes_->bytes.push_back(*value);
     if (!value) bytes_->holdsOtherThanBytes = true;
@@ -271,7 +269,7 @@ class ProfileHandler final : public nlohmann::json_sax<json> {
     }
     if (field_ == nullptr) return nullptr;
     field_->kind = kind;
-    field_->number = nullptr;
+    field_->number = {};
     return field_;
   }
 

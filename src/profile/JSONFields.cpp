@@ -1,10 +1,12 @@
 #include "profile/JSONFields.h"
 
+#include "platform/JSONNumbers.h"
 #include "profile/CameraProfileJSON.h"
 
 #include <fmt/format.h>
 
 #include <cassert>
+#include <optional>
 
 namespace tessaly {
 

@@ -4,17 +4,37 @@
 // Used by one thread.
 #pragma once
 
-#include "platform/JSONNumbers.h"
-
-#include <nlohmann/json.hpp>
-
 #include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 namespace tessaly {
+
+/// A number as it is spelt, or none; says so in the words of the JSON library (see platform/JSONNumbers.h).
+struct JSONNumber {
+  std::variant<std::monostate, std::int64_t, std::uint64_t, double> value;
+
+  [[nodiscard]] bool is_number() const { return value.index() != 0; }
+  [[nodiscard]] bool is_number_integer() const { return std::holds_alternative<std::int64_t>(value); }
+  [[nodiscard]] bool is_number_unsigned() const { return std::holds_alternative<std::uint64_t>(value); }
+  [[nodiscard]] bool is_number_float() const { return std::holds_alternative<double>(value); }
+
+  template <typename Number>
+  [[nodiscard]] Number get() const {
+    const auto converted = [](auto number) {
+      if constexpr (std::is_arithmetic_v<decltype(number)>) {
+        return static_cast<Number>(number);
+      } else {
+        return Number();
+      }
+    };
+    return std::visit(converted, value);
+  }
+};
 
 /// A value of an object. Of what is inside an array or an object only `bytes` are kept, and those where they are asked
 /// for.
@@ -23,7 +43,7 @@ struct JSONField {
 
   const char* key;
   Kind kind = Kind::missing;
-  nlohmann::json number = nullptr;  ///< null for all other kinds
+  JSONNumber number = {};  ///< none for all other kinds
   std::string text = {};
   std::vector<std::uint8_t> bytes = {};  ///< of an array of small numbers
   bool holdsOtherThanBytes = false;

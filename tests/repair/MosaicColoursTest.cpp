@@ -34,9 +34,9 @@ TEST(MosaicColours, AreThoseOfThePatternAnchoredAtTheActiveArea) {
       DNGMetadata metadata = sensor(activeX, activeY);
       metadata.cfaLayout = CFALayout{2, 2, {0, 1, 1, 2}};
       expectSameColours(metadata);
-      metadata.cfaLayout = CFALayout{3, 2, {0, 1, 2, 2, 0, 1}};
+      metadata.cfaLayout = CFALayout{3, 2, {0, 0, 1, 2, 0, 1}};
       expectSameColours(metadata);
-      metadata.cfaLayout = CFALayout{1, 4, {0, 1, 2, 1}};
+      metadata.cfaLayout = CFALayout{1, 4, {0, 0, 1, 2}};
       expectSameColours(metadata);
     }
   }
