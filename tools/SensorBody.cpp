@@ -151,9 +151,10 @@ SensorBody::Shot SensorBody::shot(const BodyExposure& exposure, std::uint64_t fr
   shot.patternX = random.between(0, 400);
   shot.patternY = random.between(0, 400);
   shot.samplesKey = keyOf(shot.key, FrameKey::samples);
-  for (std::int64_t x = 0; x < description_.width(); ++x)
+  for (std::int64_t x = 0; x < description_.width(); ++x) {
     shot.columnNoise.push_back(0.03 * shot.typicalNoise *
                                normal(combinedKey(keyOf(shot.key, FrameKey::columns), static_cast<std::uint64_t>(x))));
+  }
   if (exposure.level > 0) shot.transmission = transmissions(exposure.fNumber);
   shot.extra.assign(response_.size(), 0.0F);
   addTelegraph(shot);

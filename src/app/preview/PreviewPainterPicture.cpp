@@ -9,9 +9,10 @@ namespace {
 
 QImage greyImage(const RawPreviewImage& preview) {
   QImage image(static_cast<int>(preview.width), static_cast<int>(preview.height), QImage::Format_Grayscale8);
-  for (int row = 0; row < image.height(); ++row)
+  for (int row = 0; row < image.height(); ++row) {
     std::memcpy(image.scanLine(row), preview.pixels.data() + row * preview.width,
                 static_cast<std::size_t>(preview.width));
+  }
   return image;
 }
 

@@ -79,9 +79,10 @@ int CandidateTable::candidateAt(const QModelIndex& index) const {
 
 std::set<int> CandidateTable::selectedCandidates() const {
   std::set<int> rows;
-  for (const QItemSelectionRange& range : selectionModel()->selection())
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
     for (int row = range.top(); row <= range.bottom(); ++row)
       rows.insert(candidateAt(order_.index(row, 0)));
+  }
   return rows;
 }
 

@@ -62,8 +62,15 @@ void detrend(LevelMap& map, double radius, float scale, int threads) {
   });
 }
 
-LevelMap levelMap(const Plane& plane, const PlaneShape& size, double radius, const CountedColumns& counted,
-                  std::int64_t factor, int threads) {
+/// A plane that was halved some times: its size, and how many samples of the sensor one of its own spans.
+struct Level {
+  PlaneShape size;
+  std::int64_t factor = 1;
+};
+
+LevelMap levelMap(const Plane& plane, const Level& level, double radius, const CountedColumns& counted, int threads) {
+  const PlaneShape& size = level.size;
+  const std::int64_t factor = level.factor;
   LevelMap map{size.width, size.height, ringLessDisc(plane, size.width, size.height, ShadowStencil(radius), threads),
                0};
   const auto scale = static_cast<float>(factor);
@@ -249,16 +256,14 @@ std::vector<Shadow> findShadows(const Plane& cleaned, const PlaneShape& shape, c
   std::vector<Shadow> shadows;
   Plane smaller;
   const Plane* plane = &cleaned;
-  PlaneShape size(shape.width, shape.height, 1);
-  std::int64_t factor = 1;
+  Level level{PlaneShape(shape.width, shape.height, 1)};
   constexpr std::int64_t leastSize = 16;
-  for (int level = 0; level < levels && std::min(size.width, size.height) >= leastSize; ++level) {
-    for (const double radius : {level == 0 ? 1.5 : 1.6, 2.3})
-      collect(levelMap(*plane, size, radius, counted, factor, threads), radius, factor, shadows);
-    smaller = halved(*plane, size.width, size.height, threads);
+  for (int i = 0; i < levels && std::min(level.size.width, level.size.height) >= leastSize; ++i) {
+    for (const double radius : {i == 0 ? 1.5 : 1.6, 2.3})
+      collect(levelMap(*plane, level, radius, counted, threads), radius, level.factor, shadows);
+    smaller = halved(*plane, level.size.width, level.size.height, threads);
     plane = &smaller;
-    size = PlaneShape(size.width / 2, size.height / 2, 1);
-    factor *= 2;
+    level = {PlaneShape(level.size.width / 2, level.size.height / 2, 1), level.factor * 2};
   }
   std::erase_if(shadows, [&](const Shadow& shadow) { return !hasDarkSamples(cleaned, shape, shadow); });
   return withoutRepetitions(std::move(shadows));
