@@ -2,7 +2,7 @@
 // without. A kind of mosaic that repeats in another rhythm than every two samples is told here.
 #pragma once
 
-#include "dng/DNGMetadata.h"
+#include "dng/MosaicKind.h"
 
 #include <array>
 #include <cstdint>
@@ -32,11 +32,17 @@ struct MosaicSteps {
   std::int64_t trailRow;
 };
 
-inline constexpr MosaicSteps mosaicSteps{2, 1, 31, {2, 4, 6}, 2, 7};
+inline constexpr MosaicSteps bayerSteps{2, 1, 31, {2, 4, 6}, 2, 7};
 inline constexpr MosaicSteps linearSteps{1, 2, 32, {3, 5, 7}, 1, 8};
 
 [[nodiscard]] inline const MosaicSteps& stepsOf(const DNGMetadata& metadata) {
-  return metadata.cfaLayout ? mosaicSteps : linearSteps;
+  switch (mosaicKindOf(metadata)) {
+    case MosaicKind::bayer:
+      return bayerSteps;
+    case MosaicKind::none:
+      break;
+  }
+  return linearSteps;
 }
 
 }  // namespace tessaly

@@ -1,6 +1,7 @@
 #include "calibration/RawPreview.h"
 
 #include "calibration/ActiveSamples.h"
+#include "dng/MosaicKind.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,7 +44,7 @@ void appendBlockMeans(const ActiveSamples& samples, std::int64_t y, std::vector<
     means[x] = static_cast<std::uint16_t>((upper[x] + upper[x + 1] + lower[x] + lower[x + 1] + 2) / 4);
 }
 
-void appendMosaicRow(const ActiveSamples& samples, std::int64_t y, std::int64_t step, SampledGrid& grid) {
+void appendBayerRow(const ActiveSamples& samples, std::int64_t y, std::int64_t step, SampledGrid& grid) {
   std::int64_t x = 0;
   if (step == 1) {
     appendBlockMeans(samples, y, grid.values);
@@ -63,10 +64,13 @@ SampledGrid sampledGrid(std::span<const std::uint16_t> raw, const DNGMetadata& m
   SampledGrid grid{metadata.activeWidth / step, metadata.activeHeight / step, {}};
   grid.values.reserve(static_cast<std::size_t>(grid.width * grid.height));
   for (std::int64_t y = 0; y < grid.height * step; y += step) {
-    if (metadata.cfaLayout) {
-      appendMosaicRow(samples, y, step, grid);
-    } else {
-      appendLinearRow(samples, y, step, grid);
+    switch (mosaicKindOf(metadata)) {
+      case MosaicKind::bayer:
+        appendBayerRow(samples, y, step, grid);
+        break;
+      case MosaicKind::none:
+        appendLinearRow(samples, y, step, grid);
+        break;
     }
   }
   return grid;

@@ -1,10 +1,10 @@
 #include "calibration/points/PixelSearch.h"
 
+#include "calibration/MosaicSteps.h"
 #include "calibration/points/Anomalies.h"
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <vector>
 
 namespace tessaly {
@@ -25,7 +25,7 @@ struct Offset {
 /// The neighbours that a photosite is compared with; which ones depends on its place in the colour cell.
 class Neighbourhoods {
  public:
-  explicit Neighbourhoods(const std::optional<CFALayout>& layout);
+  explicit Neighbourhoods(const DNGMetadata& metadata);
 
   [[nodiscard]] const std::vector<Offset>& at(std::int64_t x, std::int64_t y) const {
     return offsets_[static_cast<std::size_t>((y % cellHeight_) * cellWidth_ + x % cellWidth_)];
@@ -37,10 +37,11 @@ class Neighbourhoods {
   std::vector<std::vector<Offset>> offsets_;
 };
 
-std::vector<Offset> sameColour(const CFALayout& layout, std::int64_t x, std::int64_t y) {
+// Those of the same colour, no farther than the nearest one to the left.
+std::vector<Offset> neighboursAt(const CFALayout& layout, std::int64_t x, std::int64_t y, std::int64_t reach) {
   std::vector<Offset> offsets;
-  for (std::int64_t dy = -2; dy <= 2; ++dy) {
-    for (std::int64_t dx = -2; dx <= 2; ++dx) {
+  for (std::int64_t dy = -reach; dy <= reach; ++dy) {
+    for (std::int64_t dx = -reach; dx <= reach; ++dx) {
       const bool isItself = dx == 0 && dy == 0;
       if (!isItself && layout.matches(x, y, x + dx, y + dy)) offsets.push_back({dx, dy});
     }
@@ -48,16 +49,13 @@ std::vector<Offset> sameColour(const CFALayout& layout, std::int64_t x, std::int
   return offsets;
 }
 
-Neighbourhoods::Neighbourhoods(const std::optional<CFALayout>& layout) {
-  if (!layout) {
-    offsets_ = {{{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {1, 1}}};
-    return;
-  }
-  cellWidth_ = layout->width;
-  cellHeight_ = layout->height;
+Neighbourhoods::Neighbourhoods(const DNGMetadata& metadata) {
+  const CFALayout layout = metadata.cfaLayout.value_or(CFALayout{1, 1, {0}});
+  cellWidth_ = layout.width;
+  cellHeight_ = layout.height;
   for (std::int64_t y = 0; y < cellHeight_; ++y) {
     for (std::int64_t x = 0; x < cellWidth_; ++x)
-      offsets_.push_back(sameColour(*layout, x, y));
+      offsets_.push_back(neighboursAt(layout, x, y, stepsOf(metadata).sameColour));
   }
 }
 
@@ -86,7 +84,7 @@ double confidence(double ratio, double agreement, double strength) {
 class PixelSearch {
  public:
   explicit PixelSearch(const DeviationMap& map)
-      : map_(map), thresholds_(anomalyThresholds(map)), neighbourhoods_(map.metadata().cfaLayout) {}
+      : map_(map), thresholds_(anomalyThresholds(map)), neighbourhoods_(map.metadata()) {}
 
   void search(const RowBand& band, PointFindings& findings) const {
     forEachAnomaly(map_, thresholds_, band, [&](std::int64_t index) { test(index, findings); });

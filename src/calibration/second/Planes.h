@@ -5,6 +5,7 @@
 // raw unit of a 14-bit range), 1 u being `unitQuanta`. Both end at ±`limit`, so that differences fit 16 bits too.
 #pragma once
 
+#include "calibration/MosaicSteps.h"
 #include "dng/DNGMetadata.h"
 #include "dng/RawPlane.h"
 
@@ -30,7 +31,7 @@ struct PlaneShape {
   PlaneShape(std::int64_t columns, std::int64_t rows, std::int64_t phaseStep)
       : width(columns), height(rows), step(phaseStep) {}
   explicit PlaneShape(const DNGMetadata& metadata)
-      : width(metadata.activeWidth), height(metadata.activeHeight), step(metadata.cfaLayout ? 2 : 1) {}
+      : width(metadata.activeWidth), height(metadata.activeHeight), step(stepsOf(metadata).sameColour) {}
 
   [[nodiscard]] std::size_t count() const { return static_cast<std::size_t>(width * height); }
   [[nodiscard]] bool contains(std::int64_t x, std::int64_t y) const {

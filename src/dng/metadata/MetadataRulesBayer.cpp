@@ -1,4 +1,5 @@
 #include "dng/DNGError.h"
+#include "dng/MosaicKind.h"
 #include "dng/metadata/MetadataRules.h"
 #include "dng/tiff/TIFFTags.h"
 
@@ -8,7 +9,17 @@
 namespace tessaly::MetadataRules {
 namespace {
 
-constexpr std::int64_t cellSide = 2;
+constexpr std::int64_t cellSideOf(MosaicKind kind) {
+  switch (kind) {
+    case MosaicKind::bayer:
+      return 2;
+    case MosaicKind::none:
+      break;
+  }
+  return 1;
+}
+
+constexpr std::int64_t cellSide = cellSideOf(MosaicKind::bayer);
 constexpr std::int64_t cellSize = cellSide * cellSide;
 constexpr std::int64_t red = 0;
 constexpr std::int64_t green = 1;
