@@ -59,7 +59,7 @@ DropTarget::DropTarget(QWidget& target, Accepts accepts, Handler dropped)
 std::optional<std::filesystem::path> DropTarget::acceptable(const QDropEvent& event) const {
   const QList<QUrl> urls = event.mimeData()->urls();
   if (urls.size() != 1) return std::nullopt;
-  const auto path = localPath(urls.constFirst());
+  auto path = localPath(urls.constFirst());
   if (!path || !accepts_(*path)) return std::nullopt;
   return path;
 }

@@ -30,9 +30,9 @@ void LocalizedLabel::setStringValue(std::string sourceText) {
   show([this] { return L(sourceText_); }, {});
 }
 
-void LocalizedLabel::setName(std::string name, std::string detail) {
+void LocalizedLabel::setName(std::string name, const std::string& detail) {
   sourceText_.clear();
-  show([name = std::move(name)] { return name; }, std::move(detail));
+  show([name = std::move(name)] { return name; }, detail);
 }
 
 void LocalizedLabel::setComposed(TextSource text) {
@@ -40,7 +40,7 @@ void LocalizedLabel::setComposed(TextSource text) {
   show(std::move(text), {});
 }
 
-void LocalizedLabel::show(TextSource text, std::string detail) {
+void LocalizedLabel::show(TextSource text, const std::string& detail) {
   text_ = std::move(text);
   detail_ = toQt(detail);
   refreshLanguage();

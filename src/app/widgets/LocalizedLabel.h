@@ -26,7 +26,7 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   void setStringValue(std::string sourceText);
 
   /// Shows a name or a path as it stands; `detail`, when given, is its tool tip in any case.
-  void setName(std::string name, std::string detail = {});
+  void setName(std::string name, const std::string& detail = {});
 
   /// Shows what `text` returns, now and after each change of the language.
   void setComposed(TextSource text);
@@ -72,7 +72,7 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   void showText();
   [[nodiscard]] int heightOfLines() const;
 
-  void show(TextSource text, std::string detail);
+  void show(TextSource text, const std::string& detail);
 
   std::string sourceText_;
   TextSource text_;

@@ -51,9 +51,10 @@ QString fittedText(const QString& text, const QFont& font, int width, int lines,
 QString brokenText(const QString& text, const QFont& font, int width) {
   const QFontMetrics metrics(font);
   QStringList paragraphs = text.split(QLatin1Char('\n'));
-  for (QString& paragraph : paragraphs)
+  for (QString& paragraph : paragraphs) {
     if (hasLongWord(paragraph, metrics, width))
       paragraph = fittedText(paragraph, font, width, std::numeric_limits<int>::max(), Elision::end);
+  }
   return paragraphs.join(QLatin1Char('\n'));
 }
 
