@@ -47,7 +47,7 @@ std::string fileName(Timestamp time) {
 
 std::filesystem::path write(const std::vector<std::string>& rows, const std::filesystem::path& folder, Timestamp time) {
   std::filesystem::path location = folder / fileName(time);
-  replaceFileAtomically(location, fmt::format("{}", fmt::join(rows, "\n")));
+  replaceEntryAtomically(location, fmt::format("{}", fmt::join(rows, "\n")));
   return location;
 }
 

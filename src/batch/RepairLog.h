@@ -21,7 +21,7 @@ inline constexpr std::string_view header = "File,Status,Repaired Samples,Details
 [[nodiscard]] std::string fileName(Timestamp time);
 
 /// Writes the rows, the header line included, into the folder and returns the log's location. Atomic; replaces a log
-/// of the same second. Throws std::system_error.
+/// of the same second, and a link that bears its name, never what that leads to. Throws std::system_error.
 std::filesystem::path write(const std::vector<std::string>& rows, const std::filesystem::path& folder, Timestamp time);
 
 }  // namespace tessaly::RepairLog

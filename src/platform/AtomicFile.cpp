@@ -13,10 +13,12 @@
 namespace tessaly {
 namespace {
 
-// What stands at a path, links followed; nothing when there is nothing.
-std::optional<struct stat> statusOf(const std::filesystem::path& path) {
-  struct stat status {};
-  if (::stat(path.c_str(), &status) == 0) return status;
+using Status = struct stat;
+
+// What stands at a path, by stat or, links not followed, by lstat; nothing when there is nothing.
+std::optional<Status> statusOf(const std::filesystem::path& path, int (*ask)(const char*, Status*)) {
+  Status status{};
+  if (ask(path.c_str(), &status) == 0) return status;
   if (errno != ENOENT) throwSystemError(errno);
   return std::nullopt;
 }
@@ -39,22 +41,38 @@ void writeInto(const std::filesystem::path& path, std::span<const std::byte> byt
   if (error != 0) throwSystemError(error);
 }
 
+// `old`: what bears the name now.
+void replace(const std::filesystem::path& path, const std::optional<Status>& old, std::span<const std::byte> bytes,
+             FileSystem& system) {
+  const bool isFile = old && S_ISREG(old->st_mode);
+  PartialFile partial(system, folderOf(path), isFile ? Access::ownerOnly : Access::asTheUmaskSays);
+  partial.writeAt(0, bytes);
+  if (isFile) partial.setMode(old->st_mode & 07777);
+  partial.synchronize();
+  partial.replace(path);
+}
+
+std::span<const std::byte> bytesIn(std::string_view text) {
+  return std::as_bytes(std::span(text.data(), text.size()));
+}
+
 }  // namespace
 
 void replaceFileAtomically(const std::filesystem::path& path, std::span<const std::byte> bytes, FileSystem& system) {
-  const std::optional<struct stat> old = statusOf(path);
+  const std::optional<Status> old = statusOf(path, ::stat);
   if (old && S_ISDIR(old->st_mode)) throwSystemError(EISDIR);
   if (old && !S_ISREG(old->st_mode)) return writeInto(path, bytes);
-  const std::filesystem::path file = withoutLinks(path);
-  PartialFile partial(system, folderOf(file), old ? Access::ownerOnly : Access::asTheUmaskSays);
-  partial.writeAt(0, bytes);
-  if (old) partial.setMode(old->st_mode & 07777);
-  partial.synchronize();
-  partial.replace(file);
+  replace(withoutLinks(path), old, bytes, system);
 }
 
 void replaceFileAtomically(const std::filesystem::path& path, std::string_view text, FileSystem& system) {
-  replaceFileAtomically(path, std::as_bytes(std::span(text.data(), text.size())), system);
+  replaceFileAtomically(path, bytesIn(text), system);
+}
+
+void replaceEntryAtomically(const std::filesystem::path& path, std::string_view text, FileSystem& system) {
+  const std::optional<Status> old = statusOf(path, ::lstat);
+  if (old && S_ISDIR(old->st_mode)) throwSystemError(EISDIR);
+  replace(path, old, bytesIn(text), system);
 }
 
 }  // namespace tessaly

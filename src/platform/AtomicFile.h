@@ -22,4 +22,9 @@ void replaceFileAtomically(const std::filesystem::path& path, std::span<const st
 void replaceFileAtomically(const std::filesystem::path& path, std::string_view text,
                            FileSystem& system = FileSystem::system());
 
+/// The same for a name that others can foresee: whatever bears it, but for a folder, is replaced itself and neither
+/// opened nor followed, so that a link or a pipe that was put there leads nowhere.
+void replaceEntryAtomically(const std::filesystem::path& path, std::string_view text,
+                            FileSystem& system = FileSystem::system());
+
 }  // namespace tessaly

@@ -117,7 +117,7 @@ fs::path save(const CameraProfile& profile) {
   const std::string json = encodeProfile(profile);
   fs::create_directories(directory());
   fs::path file = fileOf(profile);
-  replaceFileAtomically(file, json);
+  replaceEntryAtomically(file, json);
   return file;
 }
 

@@ -56,7 +56,8 @@ namespace ProfileStore {
 /// missing; nothing when there is none.
 [[nodiscard]] std::optional<std::filesystem::path> earlierFileOf(const std::filesystem::path& file);
 
-/// Writes the profile atomically to the file named after its id, over an earlier version of it. Returns that file.
+/// Writes the profile atomically to the file named after its id, over an earlier version of it or a link of its
+/// name. Returns that file.
 std::filesystem::path save(const CameraProfile& profile);
 
 /// All profiles, sorted by name in natural order, then by id, after copying those of an earlier version of the

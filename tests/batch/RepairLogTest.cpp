@@ -12,6 +12,7 @@ namespace {
 using Status = BatchFileOutcome::Status;
 using tests::readText;
 using tests::TemporaryFolder;
+using tests::writeText;
 
 const Timestamp moment = *parseISO8601("2026-11-15T20:23:12Z");
 
@@ -59,6 +60,16 @@ TEST(RepairLog, ReplacesTheLogOfTheSameSecondAndLeavesNothingElse) {
   const auto location = RepairLog::write({"second"}, folder.path(), moment);
   EXPECT_EQ(readText(location), "second");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+}
+
+TEST(RepairLog, IsNeverWrittenThroughALinkThatWasPutUnderItsName) {
+  const TemporaryFolder folder;
+  writeText(folder / "precious", "untouched");
+  std::filesystem::create_symlink("precious", folder / RepairLog::fileName(moment));
+  const auto location = RepairLog::write({"x"}, folder.path(), moment);
+  EXPECT_TRUE(is_regular_file(symlink_status(location)));
+  EXPECT_EQ(readText(location), "x");
+  EXPECT_EQ(readText(folder / "precious"), "untouched");
 }
 
 TEST(RepairLog, CannotBeWrittenIntoAMissingFolder) {

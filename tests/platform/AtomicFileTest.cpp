@@ -108,6 +108,37 @@ TEST_F(AtomicFile, MakesTheFileThatADanglingLinkNames) {
   EXPECT_EQ(readText(folder / "later.json"), "new");
 }
 
+TEST_F(AtomicFile, ReplacesALinkItselfWhereTheNameCanBeForeseen) {
+  writeText(folder / "target.json", "somebody's");
+  std::filesystem::create_symlink("target.json", path);
+  replaceEntryAtomically(path, "new", system);
+  EXPECT_TRUE(is_regular_file(symlink_status(path)));
+  EXPECT_EQ(readText(path), "new");
+  EXPECT_EQ(readText(folder / "target.json"), "somebody's");
+}
+
+TEST_F(AtomicFile, ReplacesADanglingLinkItselfAndMakesNothingElsewhere) {
+  std::filesystem::create_symlink("nowhere.json", path);
+  replaceEntryAtomically(path, "new", system);
+  EXPECT_EQ(readText(path), "new");
+  EXPECT_EQ(filesInFolder(), 1);
+}
+
+TEST_F(AtomicFile, ReplacesAPipeUnopenedWhereTheNameCanBeForeseen) {
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);  // opening it would wait for a reader
+  replaceEntryAtomically(path, "new", system);
+  EXPECT_EQ(readText(path), "new");
+}
+
+TEST_F(AtomicFile, KeepsTheModeOfAFileAndLeavesAFolderAlsoWhereTheNameCanBeForeseen) {
+  writeText(path, "old");
+  std::filesystem::permissions(path, std::filesystem::perms(0600));
+  replaceEntryAtomically(path, "new", system);
+  EXPECT_EQ(modeOf(path), 0600U);
+  create_directory(folder / "folder");
+  EXPECT_THROW(replaceEntryAtomically(folder / "folder", "new", system), std::system_error);
+}
+
 TEST_F(AtomicFile, RefusesAFolder) {
   create_directory(path);
   EXPECT_EQ(replace("new"), EISDIR);

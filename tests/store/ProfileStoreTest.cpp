@@ -81,6 +81,16 @@ class ProfileStoreTest : public testing::Test {
   fs::path legacy = home / "Orvendel" / "Profiles";
 };
 
+TEST_F(ProfileStoreTest, IsNeverWrittenThroughALink) {
+  const CameraProfile profile = profileNamed("Body");
+  tests::writeText(home / "precious", "untouched");
+  fs::create_symlink(home / "precious", makeFolder(store) / (profile.id.text() + ".json"));
+  const fs::path file = ProfileStore::save(profile);
+  EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(file)));
+  EXPECT_EQ(ProfileStore::loadAll().at(0).name, "Body");
+  EXPECT_EQ(tests::readText(home / "precious"), "untouched");
+}
+
 TEST_F(ProfileStoreTest, LiesInTheUsersFolderAndIsNotCreatedByAsking) {
   EXPECT_EQ(ProfileStore::directory(), store);
   EXPECT_FALSE(fs::exists(store));
