@@ -4,6 +4,7 @@
 #include "cli/Failures.h"
 #include "platform/PartialFile.h"
 
+#include <exception>
 #include <utility>
 
 namespace tessaly::cli {
@@ -35,7 +36,15 @@ void Interruption::request(int signal) {
   }
   const std::lock_guard guard(lock_);
   signal_ = signal;
-  if (handler_) handler_();
+  callHandler();
+}
+
+// What it cannot say for want of memory is no reason to end at once.
+void Interruption::callHandler() const noexcept {
+  try {
+    if (handler_) handler_();
+  } catch (const std::exception&) {
+  }
 }
 
 void Interruption::check() const {
@@ -45,7 +54,7 @@ void Interruption::check() const {
 void Interruption::setHandler(std::function<void()> handler) {
   const std::lock_guard guard(lock_);
   handler_ = std::move(handler);
-  if (handler_ && isRequested()) handler_();
+  if (isRequested()) callHandler();
 }
 
 Interruption::Handler::Handler(Interruption& interruption, std::function<void()> handler)

@@ -45,6 +45,7 @@ class Interruption {
  private:
   void watch();
   void request(int signal);
+  void callHandler() const noexcept;
   void setHandler(std::function<void()> handler);
 
   TerminationSignals signals_;

@@ -14,9 +14,9 @@
 namespace tessaly::cli {
 namespace {
 
-void tell(const FailureText& text) {
-  Console::note(text.description);
-  Console::note("Cause: " + text.cause);
+void tell(const FailureText& text, std::string_view remark = "") {
+  const std::string cause = "Cause: " + text.cause;
+  remark.empty() ? Console::note({text.description, cause}) : Console::note({text.description, cause, remark});
 }
 
 ExitStatus refuseUsage(const Program& program, std::string_view reason) {
@@ -54,9 +54,16 @@ ExitStatus run(int count, const char* const* arguments, Interruption& interrupti
     return stoppedBy(interruption.signal());
   } catch (const UsageError& error) {
     return refuseUsage(program, error.what());
+  }
+}
+
+/// From the first request for memory on, so that a refused one is told like any other failure.
+ExitStatus runOrTell(int count, const char* const* arguments) {
+  try {
+    Interruption interruption;
+    return run(count, arguments, interruption);
   } catch (const CommandFailure& failure) {
-    tell(failure.text());
-    if (!failure.remark().empty()) Console::note(failure.remark());
+    tell(failure.text(), failure.remark());
   } catch (const std::exception& error) {
     tell(failureText(error, ""));
   }
@@ -70,10 +77,9 @@ int main(int count, char** arguments) {
   using namespace tessaly::cli;
   Console::prepare();
   try {
-    Interruption interruption;
-    return static_cast<int>(run(count, arguments, interruption));
-  } catch (const std::exception& error) {
-    tell(tessaly::failureText(error, ""));
+    return static_cast<int>(runOrTell(count, arguments));
+  } catch (const std::exception&) {  // not even a message could be made
+    Console::draw("Cannot allocate memory\nCause: Cannot allocate memory\n");
     return static_cast<int>(ExitStatus::failed);
   }
 }

@@ -1,6 +1,7 @@
 #include "app/widgets/BackgroundTask.h"
 
 #include <QMetaObject>
+#include <exception>
 #include <utility>
 
 namespace tessaly {
@@ -16,7 +17,13 @@ void BackgroundTask::start(Work work) {
         },
         Qt::QueuedConnection);
   };
-  thread_ = std::jthread([work = std::move(work), deliver](const std::stop_token& stop) { work(stop, deliver); });
+  thread_ = std::jthread([work = std::move(work), deliver](const std::stop_token& stop) {
+    try {
+      work(stop, deliver);
+    } catch (const std::exception&) {
+      // Work tells of its own failures; without the memory for that there is nobody to tell.
+    }
+  });
 }
 
 }  // namespace tessaly
