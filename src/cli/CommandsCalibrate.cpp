@@ -26,6 +26,7 @@
 
 #include <optional>
 #include <set>
+#include <span>
 #include <vector>
 
 namespace tessaly::cli {
@@ -100,7 +101,7 @@ void writePreview(const CalibrateOptions& options, const CalibrationResult& resu
   if (options.preview.empty()) return;
   std::string file = fmt::format("P5\n{} {}\n255\n", image.width, image.height);
   file.append(image.pixels.begin(), image.pixels.end());
-  OutputFiles::write(options.preview, file);
+  OutputFiles::write(options.preview, std::as_bytes(std::span(file)));
 }
 
 void tellDuplicates(std::int64_t count) {
@@ -114,7 +115,7 @@ std::int64_t linesInsideColumns(const CalibrationResult& result) {
 void save(const CameraProfile& profile) {
   try {
     const fs::path file = ProfileStore::save(profile);
-    Console::draw(CalibrationTexts::saved(profile, file) + "\n");
+    Console::tell(CalibrationTexts::saved(profile, file));
     tellDuplicates(DuplicateColumns::linesInsideColumns(profile));
   } catch (const std::exception& error) {
     throw CommandFailure(error, displayName(ProfileStore::directory()));

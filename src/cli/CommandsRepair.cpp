@@ -122,6 +122,12 @@ void tellFailures(const BatchSummary& summary) {
   if (summary.logError) tell(LF("Log writing failed: %@", {L(*summary.logError)}), *summary.logError);
 }
 
+/// On a terminal the names in it can break no line.
+std::string alertText(const BatchSummary& summary, const RepairOptions& options) {
+  const bool isShown = OutputFiles::tellsTerminal({options.summary});
+  return BatchTexts::alertText(isShown ? BatchTexts::visible(summary) : summary);
+}
+
 ExitStatus repair(const RepairOptions& options, const Context& context) {
   const ProfileArgument profile = loadProfile(options.profile);
   const Sources sources = sourcesOf(options.source);
@@ -131,7 +137,7 @@ ExitStatus repair(const RepairOptions& options, const Context& context) {
   const BatchSummary summary = runBatch(options, sources, profile.profile, output, context.interruption);
   tellFailures(summary);
   if (const std::string left = BatchTexts::filesLeft(summary); !left.empty()) Console::note(left);
-  OutputFiles::say(BatchTexts::alertText(summary), {options.summary});
+  OutputFiles::say(alertText(summary, options), {options.summary});
   if (!options.summary.empty()) OutputFiles::write(options.summary, batchSummaryJSON(summary).dump(2) + "\n");
   return BatchTexts::isWarning(summary) ? ExitStatus::failed : ExitStatus::done;
 }

@@ -1,6 +1,7 @@
 #include "cli/Console.h"
 
 #include "cli/Failures.h"
+#include "platform/VisibleText.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -47,7 +48,7 @@ void write(std::span<const std::byte> bytes) {
 }
 
 void write(std::string_view text) {
-  write(bytesOf(text));
+  write(bytesOf(outputIsTerminal() ? visibleLines(text) : text));
 }
 
 void draw(std::string_view text) {
@@ -55,11 +56,26 @@ void draw(std::string_view text) {
 }
 
 void note(std::string_view line) {
-  draw(singleLine(line) + "\n");
+  note({line});
+}
+
+void note(std::initializer_list<std::string_view> lines) {
+  std::string text;
+  for (const std::string_view line : lines)
+    text.append(isTerminal() ? visibleText(line) : singleLine(line)).append("\n");
+  draw(text);
+}
+
+void tell(std::string_view lines) {
+  draw((isTerminal() ? visibleLines(lines) : std::string(lines)) + "\n");
 }
 
 bool isTerminal() {
   return isatty(STDERR_FILENO) == 1;
+}
+
+bool outputIsTerminal() {
+  return isatty(STDOUT_FILENO) == 1;
 }
 
 std::size_t terminalWidth() {

@@ -98,13 +98,17 @@ void write(const fs::path& path, std::span<const std::byte> bytes) {
 }
 
 void write(const fs::path& path, std::string_view text) {
+  if (isStandardOutput(path)) return Console::write(text);
   write(path, std::as_bytes(std::span(text.data(), text.size())));
 }
 
+bool tellsTerminal(const std::vector<fs::path>& outputs) {
+  return hasStandardOutput(outputs) ? Console::isTerminal() : Console::outputIsTerminal();
+}
+
 void say(std::string_view text, const std::vector<fs::path>& outputs) {
-  const std::string line = std::string(text) + "\n";
-  if (hasStandardOutput(outputs)) return Console::draw(line);
-  Console::write(line);
+  if (hasStandardOutput(outputs)) return Console::tell(text);
+  Console::write(std::string(text) + "\n");
 }
 
 }  // namespace tessaly::cli::OutputFiles

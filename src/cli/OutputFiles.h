@@ -21,6 +21,9 @@ void check(const std::vector<std::filesystem::path>& outputs, std::vector<std::f
 void write(const std::filesystem::path& path, std::span<const std::byte> bytes);
 void write(const std::filesystem::path& path, std::string_view text);
 
+/// Whether what a command says about its work goes to a terminal.
+[[nodiscard]] bool tellsTerminal(const std::vector<std::filesystem::path>& outputs);
+
 /// What a command says about its work, with an end of line: on standard output, or on standard error when one of its
 /// outputs goes there.
 void say(std::string_view text, const std::vector<std::filesystem::path>& outputs);

@@ -1,6 +1,7 @@
 #include "cli/ProgressDisplay.h"
 
 #include "cli/Console.h"
+#include "platform/VisibleText.h"
 
 #include <fmt/format.h>
 
@@ -48,7 +49,7 @@ ProgressDisplay::~ProgressDisplay() {
 void ProgressDisplay::show(std::int64_t completed, std::int64_t total, std::string_view text) {
   if (!isTerminal_) return;
   const std::lock_guard guard(lock_);
-  bar_ = barText(completed, total, Console::singleLine(text));
+  bar_ = barText(completed, total, visibleText(text));
   Console::draw(std::string(clearLine) + bar_);
 }
 

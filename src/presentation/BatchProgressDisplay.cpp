@@ -1,6 +1,7 @@
 #include "presentation/BatchProgressDisplay.h"
 
 #include "localization/Localization.h"
+#include "platform/VisibleText.h"
 #include "presentation/BatchTexts.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@ namespace tessaly {
 bool BatchProgressDisplay::show(const BatchProgress& progress) {
   if (latest_ && progress.completed <= latest_->completed) return false;
   latest_ = progress;
+  latest_->currentFilename = visibleText(progress.currentFilename);
   return true;
 }
 

@@ -5,6 +5,7 @@
 #include "localization/DestinationMessages.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
+#include "platform/VisibleText.h"
 
 #include <fmt/format.h>
 
@@ -105,7 +106,34 @@ std::string logErrorBlock(const BatchSummary& summary) {
   return summary.logError ? "\n" + LF("Log writing failed: %@", {L(*summary.logError)}) : "";
 }
 
+std::filesystem::path visiblePath(const std::filesystem::path& path) {
+  return visibleText(path.native());
+}
+
+void makeVisible(BatchFailure& failure) {
+  failure.filename = visibleText(failure.filename);
+  failure.message = visibleText(failure.message);
+  if (failure.obstacle) failure.obstacle->place = visiblePath(failure.obstacle->place);
+}
+
+void makeVisible(BatchOmission& omission) {
+  omission.filename = visibleText(omission.filename);
+}
+
 }  // namespace
+
+BatchSummary visible(BatchSummary summary) {
+  for (BatchFailure& failure : summary.failures)
+    makeVisible(failure);
+  for (BatchOmission& entry : summary.unexamined)
+    makeVisible(entry);
+  for (BatchOmission& file : summary.unaccounted)
+    makeVisible(file);
+  for (LeftFile& file : summary.leftFiles)
+    file.file = visiblePath(file.file);
+  if (summary.logURL) summary.logURL = visiblePath(*summary.logURL);
+  return summary;
+}
 
 std::string progressLine(const BatchProgress& progress) {
   return LF("%d/%d  Success %d  Failed %d  Skipped %d  %@",

@@ -11,6 +11,10 @@
 
 namespace tessaly::BatchTexts {
 
+/// The summary with every name, path and message as a person may see them (see VisibleText.h), for what is made from it
+/// to be shown; nothing is opened by it.
+[[nodiscard]] BatchSummary visible(BatchSummary summary);
+
 /// The status while a batch runs.
 [[nodiscard]] std::string progressLine(const BatchProgress& progress);
 

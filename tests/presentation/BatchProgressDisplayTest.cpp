@@ -38,5 +38,10 @@ TEST_F(BatchProgressDisplayTest, KeepsSayingThatItStops) {
   EXPECT_EQ(display.barValue(), 3);
 }
 
+TEST_F(BatchProgressDisplayTest, ShowsANameThatItDoesNotObey) {
+  display.show({5, 1, 1, 0, 0, "a\nb.dng"});
+  EXPECT_EQ(display.status(), "1/5  Success 1  Failed 0  Skipped 0  a␊b.dng");
+}
+
 }  // namespace
 }  // namespace tessaly

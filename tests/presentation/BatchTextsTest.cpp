@@ -223,5 +223,21 @@ TEST_F(BatchTextsTest, ShowANameThatIsNotUTF8WithReplacementCharacters) {
   EXPECT_EQ(BatchTexts::cannotOpen("/a\xff"), "Unable to open the output folder:\n/a\xEF\xBF\xBD");
 }
 
+TEST_F(BatchTextsTest, HoldNothingThatALabelWouldObeyWhenTheyAreMadeVisible) {
+  BatchSummary summary;
+  summary.failed = 1;
+  summary.failures = {{"a\nb", "a\nb: words", BatchObstacle{ENOSPC, "/out\x1B", true}}};
+  summary.unexamined = {{"c\a", "Permission denied"}};
+  summary.unaccounted = {{"d\u202E", "Cannot allocate memory"}};
+  summary.leftFiles = {{"/e\r", LeftFile::Reason::recent}};
+  summary.logURL = "/f\t.csv";
+  const BatchSummary visible = BatchTexts::visible(summary);
+  EXPECT_EQ(visible.failures.front(), (BatchFailure{"a␊b", "a␊b: words", BatchObstacle{ENOSPC, "/out␛", true}}));
+  EXPECT_EQ(visible.unexamined.front().filename, "c␇");
+  EXPECT_EQ(visible.unaccounted.front().filename, "d<U+202E>");
+  EXPECT_EQ(visible.leftFiles.front().file, "/e␍");
+  EXPECT_EQ(visible.logURL, "/f␉.csv");
+}
+
 }  // namespace
 }  // namespace tessaly

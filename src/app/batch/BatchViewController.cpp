@@ -6,6 +6,7 @@
 #include "batch/SourceFiles.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
+#include "platform/VisibleText.h"
 #include "preferences/AppPreferences.h"
 #include "presentation/AlertPage.h"
 #include "presentation/BatchStart.h"
@@ -52,7 +53,7 @@ TextSource contentsOf(const std::filesystem::path& folder) {
     const auto count = static_cast<std::int64_t>(sourceFiles(folder).size());
     return [count] { return BatchTexts::foundFiles(count); };
   } catch (const std::system_error& error) {
-    return [error, folder] { return failureText(error, displayName(folder)).description; };
+    return [error, folder] { return visibleText(failureText(error, displayName(folder)).description); };
   }
 }
 
@@ -120,7 +121,7 @@ void BatchViewController::showNextStep() {
 void BatchViewController::fillProfiles(int selection) {
   profilePopUp->clear();
   for (const CameraProfile& profile : profiles_)
-    profilePopUp->addItem(toQt(profile.name));
+    profilePopUp->addItem(toQt(visibleText(profile.name)));
   if (profiles_.empty()) profilePopUp->addItem(localized("No Camera Profiles"));
   profilePopUp->setCurrentIndex(selection);
 }
@@ -264,17 +265,18 @@ void BatchViewController::cancelBatch() {
 }
 
 void BatchViewController::finished(const BatchSummary& summary) {
+  const BatchSummary shown = BatchTexts::visible(summary);
   processor_.reset();
   setRunning(false);
   if (savedProfile_) reloadProfiles();
   openButton->setEnabled(BatchTexts::canOpenResults(summary, *resultsURL_));
-  statusLabel->setComposed([summary] { return BatchTexts::statusLine(summary); });
+  statusLabel->setComposed([shown] { return BatchTexts::statusLine(shown); });
   statusLabel->announce();
   emit ended();
   Alert alert;
   alert.style = BatchTexts::isWarning(summary) ? Alert::Style::warning : Alert::Style::informational;
-  alert.text = [summary] { return BatchTexts::alertText(summary); };
-  alert.page = [summary] { return batchEndPage(summary); };
+  alert.text = [shown] { return BatchTexts::alertText(shown); };
+  alert.page = [shown] { return batchEndPage(shown); };
   // Not before it is read: the file browser would come up over it.
   panels_.showAlert(*this, std::move(alert),
                     [this, folder = *resultsURL_, opens = openAfterCompletion_ && summary.succeeded > 0](std::size_t) {

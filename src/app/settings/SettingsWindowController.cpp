@@ -8,6 +8,7 @@
 #include "batch/OutputFolderAccess.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
+#include "platform/VisibleText.h"
 #include "store/ProfileStore.h"
 
 #include <QBoxLayout>
@@ -221,7 +222,7 @@ void SettingsWindowController::reloadProfiles() {
   showProfileFailure(stored.failure);
   profiles->clear();
   for (const CameraProfile& profile : loaded_)
-    profiles->addItem(toQt(profile.name));
+    profiles->addItem(toQt(visibleText(profile.name)));
   if (loaded_.empty()) profiles->addItem(localized("No Camera Profiles"));
   const auto same = std::ranges::find_if(loaded_, [&](const CameraProfile& profile) { return profile.id == id; });
   profiles->setCurrentIndex(same == loaded_.end() ? 0 : static_cast<int>(same - loaded_.begin()));

@@ -2,6 +2,7 @@
 
 #include "app/widgets/QtText.h"
 #include "localization/Shown.h"
+#include "platform/VisibleText.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -30,9 +31,9 @@ void LocalizedLabel::setStringValue(std::string sourceText) {
   show([this] { return L(sourceText_); }, {});
 }
 
-void LocalizedLabel::setName(std::string name, const std::string& detail) {
+void LocalizedLabel::setName(std::string_view name, std::string_view detail) {
   sourceText_.clear();
-  show([name = std::move(name)] { return name; }, detail);
+  show([name = visibleText(name)] { return name; }, visibleText(detail));
 }
 
 void LocalizedLabel::setComposed(TextSource text) {
@@ -52,7 +53,7 @@ std::string LocalizedLabel::stringValue() const {
 
 void LocalizedLabel::refreshLanguage() {
   const Localization::ShownWording shown;
-  full_ = toQt(text_());
+  full_ = toQt(visibleLines(text_()));
   showText();
 }
 

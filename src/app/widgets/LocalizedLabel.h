@@ -1,7 +1,8 @@
 // A text that cannot be edited and that follows the interface's language.
 //
 // It holds either an English text (the key of its translations), a name that is never translated, or a composed text
-// that is made anew at every change of the language. Nothing it shows is read as HTML or as a mnemonic.
+// that is made anew at every change of the language. Nothing it shows is read as HTML or as a mnemonic, nor obeyed
+// (see platform/VisibleText.h).
 #pragma once
 
 #include "app/widgets/FollowsLanguage.h"
@@ -10,6 +11,7 @@
 #include <QLabel>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace tessaly {
 
@@ -25,10 +27,11 @@ class LocalizedLabel : public QLabel, public FollowsLanguage {
   /// Shows the translation of an English text.
   void setStringValue(std::string sourceText);
 
-  /// Shows a name or a path as it stands; `detail`, when given, is its tool tip in any case.
-  void setName(std::string name, const std::string& detail = {});
+  /// Shows a name or a path, made visible; `detail`, when given, is its tool tip in any case.
+  void setName(std::string_view name, std::string_view detail = {});
 
-  /// Shows what `text` returns, now and after each change of the language.
+  /// Shows what `text` returns, now and after each change of the language. Its line feeds break lines: names in it are
+  /// made visible by whoever puts them there.
   void setComposed(TextSource text);
 
   /// The whole shown text, also where the label has no room for it.

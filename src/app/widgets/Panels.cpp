@@ -6,6 +6,7 @@
 #include "app/widgets/WindowState.h"
 #include "calibration/review/InvalidInput.h"
 #include "localization/Localization.h"
+#include "platform/VisibleText.h"
 #include "presentation/FailureText.h"
 
 #include <QDesktopServices>
@@ -58,7 +59,7 @@ std::string description(const std::exception_ptr& failure, const std::string& su
   try {
     std::rethrow_exception(failure);
   } catch (const std::exception& error) {
-    return failureText(error, subject).description;
+    return visibleText(failureText(error, subject).description);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "app/widgets/StoredProfiles.h"
 
 #include "localization/Localization.h"
+#include "platform/VisibleText.h"
 #include "presentation/FailureText.h"
 #include "store/ProfileStore.h"
 
@@ -16,7 +17,7 @@ TextSource textAbout(std::exception_ptr failure) {
     try {
       std::rethrow_exception(failure);
     } catch (const std::exception& error) {
-      return LF("Unable to load camera profiles: %@", {failureText(error, "").description});
+      return LF("Unable to load camera profiles: %@", {visibleText(failureText(error, "").description)});
     }
   };
 }

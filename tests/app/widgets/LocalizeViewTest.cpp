@@ -92,5 +92,15 @@ TEST_F(Localized, NothingIsReadAsMarkupOrMnemonic) {
   EXPECT_EQ(label.textFormat(), Qt::PlainText);
 }
 
+TEST_F(Localized, NamesAreShownAndNotObeyed) {
+  LocalizedLabel label;
+  label.setLines(1, Elision::end);
+  label.setName("a\nb\u202Egnd.dng", "/in/a\nb");
+  EXPECT_EQ(label.stringValue(), "a␊b<U+202E>gnd.dng");
+  EXPECT_EQ(label.toolTip().toStdString(), "/in/a␊b");
+  label.setComposed([] { return "Two\nlines\x1B"; });
+  EXPECT_EQ(label.stringValue(), "Two\nlines␛");
+}
+
 }  // namespace
 }  // namespace tessaly::tests
