@@ -87,6 +87,7 @@ std::vector<BatchOmission> FileLoop::run(const std::vector<std::filesystem::path
   sources_ = &sources;
   attempts_ = std::vector<Attempt>(sources.size());
   workspaces_ = std::vector<RepairWorkspace>(std::min(clampedWorkers(order_.workers), sources.size()));
+  if (workspaces_.size() == 1) workspaces_.front().verification = Verification::behindTheWriter;
   submitAll();
   return makeUpForWhatIsOwed();
 }

@@ -48,9 +48,12 @@ int FileSystem::lock(int descriptor) {
 
 // Space on a disk is allocated once instead of with every write; a file system in memory would only do the work twice.
 int FileSystem::reserve(int descriptor, std::int64_t length) {
+  return isInMemory(descriptor) ? 0 : ::fallocate(descriptor, 0, 0, length);
+}
+
+bool FileSystem::isInMemory(int descriptor) {
   struct statfs status {};
-  const bool isInMemory = ::fstatfs(descriptor, &status) == 0 && status.f_type == TMPFS_MAGIC;
-  return isInMemory ? 0 : ::fallocate(descriptor, 0, 0, length);
+  return ::fstatfs(descriptor, &status) == 0 && (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
 }
 
 ssize_t FileSystem::writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes) {

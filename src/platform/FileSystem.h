@@ -43,6 +43,9 @@ class FileSystem {
   /// May give an empty file its length and the space for it, where the file system can; it reads as zeros then.
   virtual int reserve(int descriptor, std::int64_t length);
 
+  /// Whether the file system has no medium behind the memory that it keeps its files in.
+  virtual bool isInMemory(int descriptor);
+
   virtual ssize_t writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes);
 
   /// Makes `target`, an empty file, share the data of `source` at the same offset, where the file system can.

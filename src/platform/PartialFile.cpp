@@ -84,6 +84,10 @@ void PartialFile::reserve(std::int64_t length) {
   static_cast<void>(retryWhenInterrupted([&] { return system_.reserve(descriptor_, length); }));
 }
 
+bool PartialFile::isInMemory() const {
+  return system_.isInMemory(descriptor_);
+}
+
 void PartialFile::writeAt(std::int64_t offset, std::span<const std::byte> bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ask([&] { return system_.writeAt(descriptor_, offset, bytes); });

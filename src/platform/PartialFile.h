@@ -52,6 +52,9 @@ class PartialFile {
   /// disk that is full shows when it is written to.
   void reserve(std::int64_t length);
 
+  /// Whether nothing of the file is ever flushed to a medium.
+  [[nodiscard]] bool isInMemory() const;
+
   void writeAt(std::int64_t offset, std::span<const std::byte> bytes);
 
   /// Reads what was written; gives the number of bytes, fewer than asked only at the end of the file.

@@ -42,5 +42,6 @@ std::int64_t rebuildLineSample(const AnyMosaic& mosaic, std::int64_t x, std::int
 }
 
 template std::int64_t rebuildLineSample(const PlaneMosaic&, std::int64_t, std::int64_t);
+template std::int64_t rebuildLineSample(const SliceMosaic&, std::int64_t, std::int64_t);
 
 }  // namespace tessaly

@@ -40,5 +40,6 @@ std::int64_t rebuildPointSample(const AnyMosaic& mosaic, std::int64_t x, std::in
 }
 
 template std::int64_t rebuildPointSample(const PlaneMosaic&, std::int64_t, std::int64_t);
+template std::int64_t rebuildPointSample(const SliceMosaic&, std::int64_t, std::int64_t);
 
 }  // namespace tessaly

@@ -63,5 +63,6 @@ std::int64_t rebuildSpotSample(const AnyMosaic& mosaic, std::int64_t x, std::int
 }
 
 template std::int64_t rebuildSpotSample(const PlaneMosaic&, std::int64_t, std::int64_t);
+template std::int64_t rebuildSpotSample(const SliceMosaic&, std::int64_t, std::int64_t);
 
 }  // namespace tessaly

@@ -6,8 +6,13 @@
 #include "dng/copy/SourceImage.h"
 #include "dng/samples/RawPlaneSource.h"
 #include "platform/HugePages.h"
+#include "repair/DefectMap.h"
+#include "repair/SliceRepair.h"
 
+#include <cstddef>
+#include <optional>
 #include <system_error>
+#include <vector>
 
 namespace tessaly {
 namespace {
@@ -31,37 +36,66 @@ PlaneView plane(RawSamples& samples, const DNGMetadata& metadata) {
   return {samples, metadata};
 }
 
-// The files of a batch share one profile, and a profile that fits two files fits planes of one size.
-const MappedDefects& mapped(const CameraProfile& profile, std::optional<MappedDefects>& last) {
-  const bool isKnown = last && last->profile == profile;
-  return isKnown ? *last : last.emplace(profile);
-}
-
 std::int64_t sizeOf(const std::filesystem::path& file) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
   return error ? 0 : static_cast<std::int64_t>(size);
 }
 
-DNGWriteResult repairOpenSource(const SourceImage& source, const std::filesystem::path& destination,
-                                const CameraProfile& profile, RepairWorkspace& workspace, FileSystem& system) {
-  const DNGMetadata& metadata = source.metadata();
-  requireRepairable(metadata, profile);
-  const PlaneView samples = plane(workspace.samples, metadata);
-  RawPlaneSource(source.container().file(), metadata).readInto(samples);
-  const MappedDefects& defects = mapped(profile, workspace.defects);
-  const RepairReport report = RepairEngine::repair(samples, metadata, defects.map);
-  const CheckedCopyRequest request(source.url(),
-                                   {destination, samples.samples(), ChangedSamples(defects.runs), false, std::nullopt});
-  workspace.buffer.resize(copyBufferSize);
-  writeCopy(source, request, workspace.buffer, system);
-  return {destination, report, sizeOf(source.url())};
+// Of all samples only those of lines can become larger than the ones around them, by their texture.
+bool mayExceedDepth(const DNGMetadata& metadata, const CameraProfile& profile) {
+  const bool hasTable = !metadata.sourceEncoding->linearization.empty();
+  return !hasTable && !profile.lines.empty() && metadata.whiteLevel >> metadata.bitsPerSample > 0;
+}
+
+/// A file that is open, and what is to become of it.
+struct RepairTask {
+  const SourceImage& source;
+  const std::filesystem::path& destination;
+  const CameraProfile& profile;
+  FileSystem& system;
+};
+
+// The whole image in memory.
+RepairReport repairPlane(const RepairTask& task, RawSamples& kept) {
+  const DNGMetadata& metadata = task.source.metadata();
+  const PlaneView samples = plane(kept, metadata);
+  RawPlaneSource(task.source.container().file(), metadata).readInto(samples);
+  const DefectMap defects(task.profile, metadata.rawWidth, metadata.rawHeight);
+  const RepairReport report = RepairEngine::repair(samples, metadata, defects);
+  const std::vector<SampleRun> runs = defects.all.runs();
+  const CheckedCopyRequest request(task.source.url(),
+                                   {task.destination, samples.samples(), ChangedSamples(runs), false, std::nullopt});
+  std::vector<std::byte> buffer(copyBufferSize);
+  writeCopy(task.source, request, buffer, task.system);
+  return report;
+}
+
+// A few rows of it at a time.
+RepairReport repairSlices(const RepairTask& task, const RepairWorkspace& workspace) {
+  const DNGMetadata& metadata = task.source.metadata();
+  requireReadableSamples(task.source);
+  std::optional<SliceRepair> repair;
+  const SliceEdit edit = [&](SampleWindow& samples, const SliceRows& slice) {
+    if (slice.first == 0) repair.emplace(metadata, task.profile, samples.layout().mostRows());
+    repair->repair(samples, slice);
+  };
+  streamCopy(task.source,
+             {task.destination, edit, SliceRepair::reachOf(task.profile), mayExceedDepth(metadata, task.profile),
+              workspace.verification, workspace.sliceBytes},
+             task.system);
+  return repair->report();
+}
+
+DNGWriteResult repairOpenSource(const RepairTask& task, RepairWorkspace& workspace) {
+  const DNGMetadata& metadata = task.source.metadata();
+  requireRepairable(metadata, task.profile);
+  const RepairReport report =
+      canBeStreamed(metadata) ? repairSlices(task, workspace) : repairPlane(task, workspace.samples);
+  return {task.destination, report, sizeOf(task.source.url())};
 }
 
 }  // namespace
-
-MappedDefects::MappedDefects(const CameraProfile& from)
-    : profile(from), map(from, from.rawWidth, from.rawHeight), runs(map.all.runs()) {}
 
 // The source is opened once: its metadata, its samples and the bytes of its copy come from the same file even when
 // another takes its name meanwhile.
@@ -69,7 +103,8 @@ DNGWriteResult DNGWriter::repairCopy(const std::filesystem::path& source, const 
                                      const CameraProfile& profile, RepairWorkspace& workspace, FileSystem& system) {
   try {
     DNGReader::requireOpenFormat(source);
-    return repairOpenSource(SourceImage(source), destination, profile, workspace, system);
+    const SourceImage image(source);
+    return repairOpenSource({image, destination, profile, system}, workspace);
   } catch (const std::exception& error) {
     throw DNGError::contextualize(error, source);
   }
@@ -78,6 +113,7 @@ DNGWriteResult DNGWriter::repairCopy(const std::filesystem::path& source, const 
 DNGWriteResult DNGWriter::repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
                                      const CameraProfile& profile) {
   RepairWorkspace workspace;
+  workspace.verification = Verification::behindTheWriter;
   return repairCopy(source, destination, profile, workspace);
 }
 

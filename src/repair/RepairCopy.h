@@ -1,19 +1,19 @@
 // The whole road of one file: read, match against the profile, repair, write the verified copy.
 //
+// A source streams by in slices: besides those nothing of the image is in memory. Two kinds need a whole plane: sources
+// that are re-encoded, and damaged ones whose strips or tiles share bytes.
+//
 // Stateless; safe from several threads for different destinations, each with its own workspace.
 #pragma once
 
 #include "dng/RawPlane.h"
+#include "dng/copy/StreamedCopy.h"
 #include "platform/FileSystem.h"
 #include "profile/CameraProfile.h"
-#include "repair/DefectMap.h"
 #include "repair/RepairEngine.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <optional>
-#include <vector>
 
 namespace tessaly {
 
@@ -23,21 +23,16 @@ struct DNGWriteResult {
   std::int64_t sourceBytes = 0;  ///< size of the source after the copy was written; 0 when it cannot be told
 };
 
-/// A profile's defects, worked out for the plane that it fits.
-struct MappedDefects {
-  explicit MappedDefects(const CameraProfile& from);
-
-  CameraProfile profile;
-  DefectMap map;
-  std::vector<SampleRun> runs;  ///< of all samples that the map covers
-};
-
-/// What a worker keeps from file to file, because touching fresh memory costs more than repairing a photograph. It
-/// grows to the largest file; no result depends on what an earlier file left. Used by one thread at a time.
+/// What a worker keeps from file to file. No result depends on what an earlier file left. Used by one thread at a time.
 struct RepairWorkspace {
+  /// The plane of a source that cannot be streamed; empty until one comes.
   RawSamples samples;
-  std::vector<std::byte, UninitializedAllocator<std::byte>> buffer;
-  std::optional<MappedDefects> defects;  ///< of the profile that was used last
+
+  /// Behind the writer where no other worker needs the processors.
+  Verification verification = Verification::afterwards;
+
+  /// What a slice takes; less in tests, whose images are small.
+  std::int64_t sliceBytes = SliceLayout::usualBytes;
 };
 
 namespace DNGWriter {
@@ -47,7 +42,7 @@ namespace DNGWriter {
 DNGWriteResult repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
                           const CameraProfile& profile);
 
-/// The same with memory that is kept from file to file.
+/// The same as one of several workers, with what it keeps from file to file.
 DNGWriteResult repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,
                           const CameraProfile& profile, RepairWorkspace& workspace,
                           FileSystem& system = FileSystem::system());

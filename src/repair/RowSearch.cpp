@@ -34,6 +34,8 @@ std::int64_t interpolateRow(const AnyMosaic& mosaic, std::int64_t x, std::int64_
 }
 
 template RowNeighbours findRowNeighbours(const PlaneMosaic&, std::int64_t, std::int64_t);
+template RowNeighbours findRowNeighbours(const SliceMosaic&, std::int64_t, std::int64_t);
 template std::int64_t interpolateRow(const PlaneMosaic&, std::int64_t, std::int64_t, const RowNeighbours&);
+template std::int64_t interpolateRow(const SliceMosaic&, std::int64_t, std::int64_t, const RowNeighbours&);
 
 }  // namespace tessaly

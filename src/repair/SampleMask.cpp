@@ -46,34 +46,53 @@ void SampleMask::add(std::int64_t row, std::int64_t first, std::int64_t last) {
 }
 
 void SampleMask::subtract(const SampleMask& other) {
-  for (std::size_t row = 0; row < extents_.size(); ++row) {
-    const std::int64_t first = std::max(extents_[row].first, other.extents_[row].first);
-    const std::int64_t last = std::min(extents_[row].last, other.extents_[row].last);
-    for (std::int64_t word = first; word <= last; ++word) {
-      const std::size_t index = wordIndex(word * 64, static_cast<std::int64_t>(row));
-      words_[index] &= ~other.words_[index];
-    }
-  }
+  for (std::int64_t row = 0; row < rows(); ++row)
+    subtractRow(row, other);
 }
 
 void SampleMask::unite(const SampleMask& other) {
-  for (std::size_t row = 0; row < extents_.size(); ++row) {
-    const Extent& theirs = other.extents_[row];
-    widen(extents_[row], theirs.first, theirs.last);
-    for (std::int64_t word = theirs.first; word <= theirs.last; ++word) {
-      const std::size_t index = wordIndex(word * 64, static_cast<std::int64_t>(row));
-      words_[index] |= other.words_[index];
-    }
-  }
+  for (std::int64_t row = 0; row < rows(); ++row)
+    uniteRow(row, other);
 }
 
 std::int64_t SampleMask::count() const {
   std::int64_t total = 0;
-  for (std::size_t row = 0; row < extents_.size(); ++row) {
-    for (std::int64_t word = extents_[row].first; word <= extents_[row].last; ++word) {
-      total += __builtin_popcountll(words_[wordIndex(word * 64, static_cast<std::int64_t>(row))]);
-    }
+  for (std::int64_t row = 0; row < rows(); ++row)
+    total += countInRow(row);
+  return total;
+}
+
+void SampleMask::clearRow(std::int64_t row) {
+  Extent& extent = extents_[static_cast<std::size_t>(row)];
+  for (std::int64_t word = extent.first; word <= extent.last; ++word)
+    words_[wordIndex(word * 64, row)] = 0;
+  extent = Extent();
+}
+
+void SampleMask::subtractRow(std::int64_t row, const SampleMask& other) {
+  const Extent& ours = extents_[static_cast<std::size_t>(row)];
+  const Extent& theirs = other.extents_[static_cast<std::size_t>(row)];
+  const std::int64_t last = std::min(ours.last, theirs.last);
+  for (std::int64_t word = std::max(ours.first, theirs.first); word <= last; ++word) {
+    const std::size_t index = wordIndex(word * 64, row);
+    words_[index] &= ~other.words_[index];
   }
+}
+
+void SampleMask::uniteRow(std::int64_t row, const SampleMask& other) {
+  const Extent& theirs = other.extents_[static_cast<std::size_t>(row)];
+  widen(extents_[static_cast<std::size_t>(row)], theirs.first, theirs.last);
+  for (std::int64_t word = theirs.first; word <= theirs.last; ++word) {
+    const std::size_t index = wordIndex(word * 64, row);
+    words_[index] |= other.words_[index];
+  }
+}
+
+std::int64_t SampleMask::countInRow(std::int64_t row) const {
+  const Extent& extent = extents_[static_cast<std::size_t>(row)];
+  std::int64_t total = 0;
+  for (std::int64_t word = extent.first; word <= extent.last; ++word)
+    total += __builtin_popcountll(words_[wordIndex(word * 64, row)]);
   return total;
 }
 

@@ -33,12 +33,22 @@ class SampleMask {
 
   [[nodiscard]] std::int64_t count() const;
 
+  // The same for one row; `other` has the same rows.
+  void clearRow(std::int64_t row);
+  void subtractRow(std::int64_t row, const SampleMask& other);
+  void uniteRow(std::int64_t row, const SampleMask& other);
+  [[nodiscard]] std::int64_t countInRow(std::int64_t row) const;
+
   /// The samples as runs, by row, then column; adjacent samples of a row are one run.
   [[nodiscard]] std::vector<SampleRun> runs() const;
 
   /// Calls visit(x, y) for every sample, by row, then column.
   template <typename Visit>
   void forEach(Visit visit) const;
+
+  /// Calls visit(x) for every sample of a row, from left to right.
+  template <typename Visit>
+  void forEachInRow(std::int64_t row, Visit visit) const;
 
  private:
   /// The words of a row that may hold bits; empty when first > last.
@@ -54,6 +64,7 @@ class SampleMask {
   [[nodiscard]] std::size_t wordIndex(std::int64_t x, std::int64_t y) const {
     return static_cast<std::size_t>(y * wordsPerRow_ + (x >> 6));
   }
+  [[nodiscard]] std::int64_t rows() const { return static_cast<std::int64_t>(extents_.size()); }
   void widen(Extent& extent, std::int64_t first, std::int64_t last);
 
   std::int64_t wordsPerRow_;
@@ -63,13 +74,16 @@ class SampleMask {
 
 template <typename Visit>
 void SampleMask::forEach(Visit visit) const {
-  for (std::size_t row = 0; row < extents_.size(); ++row) {
-    const auto y = static_cast<std::int64_t>(row);
-    for (std::int64_t word = extents_[row].first; word <= extents_[row].last; ++word) {
-      for (std::uint64_t bits = words_[wordIndex(word * 64, y)]; bits != 0; bits &= bits - 1) {
-        visit(word * 64 + __builtin_ctzll(bits), y);
-      }
-    }
+  for (std::int64_t y = 0; y < rows(); ++y)
+    forEachInRow(y, [&](std::int64_t x) { visit(x, y); });
+}
+
+template <typename Visit>
+void SampleMask::forEachInRow(std::int64_t row, Visit visit) const {
+  const Extent& extent = extents_[static_cast<std::size_t>(row)];
+  for (std::int64_t word = extent.first; word <= extent.last; ++word) {
+    for (std::uint64_t bits = words_[wordIndex(word * 64, row)]; bits != 0; bits &= bits - 1)
+      visit(word * 64 + __builtin_ctzll(bits));
   }
 }
 

@@ -68,6 +68,9 @@ const std::vector<OpenRoom>& openRooms() {
       {"cli", "dng/metadata/DNGMetadataJSON.h"},
       // Repairing a file opens it once: the planes, the source and the copy share one reader, step by step.
       {"repair", "dng/copy/CopyWriter.h"},
+      {"repair", "dng/copy/SampleWindow.h"},
+      {"repair", "dng/copy/StreamedCopy.h"},
+      {"repair", "dng/samples/SliceLayout.h"},
       {"repair", "dng/copy/SourceImage.h"},
       {"repair", "dng/samples/RawPlaneSource.h"}};
   return rooms;

@@ -42,7 +42,7 @@ CameraProfile withDefects(CameraProfile profile) {
 }
 
 /// How many samples outside the defects differ.
-std::int64_t strayChanges(const Path& source, const Path& copy, const MappedDefects& defects) {
+std::int64_t strayChanges(const Path& source, const Path& copy, const DefectMap& defects) {
   const RawPlane before = DNGReader::readPlane(source);
   const RawPlane after = DNGReader::readPlane(copy);
   EXPECT_EQ(before.samples.size(), after.samples.size());
@@ -50,7 +50,7 @@ std::int64_t strayChanges(const Path& source, const Path& copy, const MappedDefe
   for (std::size_t i = 0; i < before.samples.size(); ++i) {
     const auto place = static_cast<std::int64_t>(i);
     const std::int64_t width = before.metadata.rawWidth;
-    const bool mayChange = defects.map.all.contains(place % width, place / width);
+    const bool mayChange = defects.all.contains(place % width, place / width);
     if (!mayChange && before.samples[i] != after.samples[i]) ++changes;
   }
   return changes;
@@ -58,9 +58,9 @@ std::int64_t strayChanges(const Path& source, const Path& copy, const MappedDefe
 
 void expectRepaired(const Path& source, const Path& copy) {
   const CameraProfile profile = withDefects(CameraProfile::empty("Body", DNGReader::readMetadata(source)));
-  const MappedDefects defects(profile);
+  const DefectMap defects(profile, profile.rawWidth, profile.rawHeight);
   RepairWorkspace workspace;
-  EXPECT_EQ(DNGWriter::repairCopy(source, copy, profile, workspace).report.changedSamples, defects.map.all.count());
+  EXPECT_EQ(DNGWriter::repairCopy(source, copy, profile, workspace).report.changedSamples, defects.all.count());
   EXPECT_EQ(strayChanges(source, copy, defects), 0);
 }
 

@@ -64,10 +64,6 @@ class Slices {
   std::int64_t held_ = 0;
 };
 
-DNGError otherBytes() {
-  return DNGError::invalid("Writer re-read verification failed");
-}
-
 // Who took the picture is not compared: those are bytes like any others.
 bool describes(const DNGMetadata& copy, DNGMetadata planned) {
   planned.cameraSerial = copy.cameraSerial;
@@ -110,7 +106,7 @@ class Comparison {
  private:
   void readCopy(std::int64_t offset, std::span<std::byte> into) const {
     const std::size_t got = inContext(path_, [&] { return file_.readAt(offset, into); });
-    if (got < into.size()) throw otherBytes();
+    if (got < into.size()) throwOtherBytes();
   }
 
   // From `first` up to, but not including, `end`.
@@ -201,20 +197,39 @@ class Comparison {
   RawSamples oldCodes_;
 };
 
+/// A copy that is open, with what it says of itself.
+struct ReadBack {
+  DNGContainer container;
+  DNGMetadata metadata;
+};
+
 DNGMetadata readDescription(const DNGContainer& copy) {
   DNGMetadata metadata = parseMetadata(copy);
   SupportRules::requireSupported(metadata);
   return metadata;
 }
 
+ReadBack readBack(const std::filesystem::path& copy, const SourceImage& source, const CopyPlan& plan) {
+  DNGContainer container = inContext(copy, [&] { return DNGContainer(copy); });
+  DNGMetadata metadata = inContext(copy, [&] { return readDescription(container); });
+  const bool isPlanned = describes(metadata, plannedMetadata(source, plan)) && container.file().size() == plan.length;
+  if (!isPlanned) throwOtherBytes();
+  return {std::move(container), std::move(metadata)};
+}
+
 }  // namespace
 
+void throwOtherBytes() {
+  throw DNGError::invalid("Writer re-read verification failed");
+}
+
+void requirePlannedDescription(const std::filesystem::path& copy, const SourceImage& source, const CopyPlan& plan) {
+  static_cast<void>(readBack(copy, source, plan));
+}
+
 void verifyCopy(const std::filesystem::path& copy, const ExpectedCopy& expected) {
-  const auto container = inContext(copy, [&] { return DNGContainer(copy); });
-  const DNGMetadata metadata = inContext(copy, [&] { return readDescription(container); });
-  const bool isPlanned = describes(metadata, plannedMetadata(expected.source, expected.plan)) &&
-                         container.file().size() == expected.plan.length;
-  if (!isPlanned || !Comparison(copy, container, metadata, expected).holds()) throw otherBytes();
+  const ReadBack read = readBack(copy, expected.source, expected.plan);
+  if (!Comparison(copy, read.container, read.metadata, expected).holds()) throwOtherBytes();
 }
 
 }  // namespace tessaly

@@ -31,6 +31,13 @@ struct ExpectedCopy {
   const InverseLinearization* inverse = nullptr;  ///< set where samples were written through a table
 };
 
+/// Throws invalid("Writer re-read verification failed").
+[[noreturn]] void throwOtherBytes();
+
+/// Throws that unless the copy describes the planned image and has the planned length. Errors of reading it leave as
+/// those of verifyCopy.
+void requirePlannedDescription(const std::filesystem::path& copy, const SourceImage& source, const CopyPlan& plan);
+
 /// Throws invalid("Writer re-read verification failed") when the copy holds anything else. Errors of reading it leave
 /// as DNGError::Case::file with the copy's name, those of reading the source as they are.
 void verifyCopy(const std::filesystem::path& copy, const ExpectedCopy& expected);

@@ -4,46 +4,26 @@
 #include "dng/PlaneView.h"
 #include "dng/copy/CopyPlanner.h"
 #include "dng/copy/CopyVerifier.h"
+#include "dng/copy/NewCopy.h"
 #include "dng/copy/SourceBytes.h"
 #include "dng/copy/SourceFormWriter.h"
 #include "dng/copy/SyntheticExposure.h"
 #include "dng/metadata/SupportRules.h"
 #include "dng/samples/SamplePacker.h"
-#include "platform/DestinationError.h"
-#include "platform/ExtendedAttributes.h"
 #include "platform/PartialFile.h"
-#include "platform/Paths.h"
-#include "platform/SystemCall.h"
 
 #include <algorithm>
 #include <cassert>
-#include <cerrno>
 #include <utility>
 
 namespace tessaly {
 namespace {
-
-std::filesystem::path standardized(const std::filesystem::path& path) {
-  return standardizedSpelling(std::filesystem::absolute(path));
-}
-
-// Links are not followed: a dangling one bears the name too. What cannot be looked at shows its error when it is made.
-bool isTaken(const std::filesystem::path& path) {
-  std::error_code ignored;
-  const auto type = std::filesystem::symlink_status(path, ignored).type();
-  return type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::none;
-}
 
 ConstPlaneView readablePlane(const SourceImage& source, std::span<const std::uint16_t> samples) {
   const bool isWholePlane = std::ssize(samples) == source.metadata().pixelCount();
   if (!isWholePlane) throw DNGError::invalid("Raw sample count/descriptor");
   SupportRules::requireSupported(source.metadata());
   return {samples, source.metadata()};
-}
-
-void copyAttributes(const InputFile& source, PartialFile& copy) {
-  for (const ExtendedAttribute& attribute : userAttributes(source.descriptor()))
-    copy.setAttribute(attribute.name, attribute.value);
 }
 
 // One copy on its way.
@@ -106,30 +86,16 @@ class Copy {
 CheckedCopyRequest::CheckedCopyRequest(const std::filesystem::path& source, CopyRequest request)
     : request_(std::move(request)) {
   requireExposureRange(request_.exposure);
-  const bool isSource = standardized(source) == standardized(request_.destination);
-  // A destination that is the source under another name, a hard link for example, exists and is refused as well.
-  if (isSource || isTaken(withoutTrailingSlash(request_.destination))) {
-    const DestinationError taken(EEXIST, folderOf(withoutTrailingSlash(request_.destination)));
-    throw DNGError::invalid("Output exists or equals source").at(taken);
-  }
+  requireFreeDestination(source, request_.destination);
 }
 
 void writeCopy(const SourceImage& source, const CheckedCopyRequest& request, std::span<std::byte> buffer,
                FileSystem& system) {
   assert(buffer.size() >= copyBufferSize);
   Copy copy(source, *request, buffer);
-  const std::filesystem::path destination = withoutTrailingSlash(request->destination);
-  const std::filesystem::path folder = folderOf(destination);
-  atDestination(folder, [&] { callSystem([&] { return system.createFolders(folder); }); });
-  PartialFile file(system, folder, Access::ownerOnly);
-  copy.write(file);
-  copyAttributes(source.container().file(), file);
-  // Before it is read back, so that the medium answers and not the memory that was just filled.
-  file.synchronizeAndDropCache();
-  copy.verify(file);
-  // Last, because a copy that its owner may not read could not be read back.
-  file.setMode(source.container().file().permissions());
-  file.moveTo(destination);
+  makeCopy(
+      {source, request->destination, system}, [&](PartialFile& file) { copy.write(file); },
+      [&](const PartialFile& file) { copy.verify(file); });
 }
 
 }  // namespace tessaly

@@ -26,7 +26,9 @@ Overlap overlap(std::int64_t block, std::int64_t blockLength, std::int64_t stret
 }  // namespace
 
 void PlannedBytes::read(std::int64_t offset, std::span<std::byte> into) const {
-  std::fill(into.begin(), into.end(), std::byte{0});
+  const std::int64_t ofSource =
+      std::clamp<std::int64_t>(source_.container().file().size() - offset, 0, std::ssize(into));
+  std::fill(into.begin() + ofSource, into.end(), std::byte{0});
   place({0, 0, source_.container().file().size()}, offset, into);
   for (const CopyRange& value : plan_.values)
     place(value, offset, into);

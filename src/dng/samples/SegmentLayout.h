@@ -50,6 +50,12 @@ class SegmentLayout {
   /// Number of strips or tiles that the image needs.
   [[nodiscard]] std::int64_t count() const { return across_ * down_; }
 
+  /// Number of segments beside each other: of tiles; strips are alone.
+  [[nodiscard]] std::int64_t across() const { return across_; }
+
+  /// Rows of every segment but the strips at the end, which may have fewer.
+  [[nodiscard]] std::int64_t segmentHeight() const { return segmentHeight_; }
+
   /// Columns stored in every row of every segment, tile padding included.
   [[nodiscard]] std::int64_t storedColumns() const { return segmentWidth_; }
 
