@@ -6,7 +6,6 @@ find_package(ICU REQUIRED COMPONENTS uc i18n data)
 find_package(CLI11 CONFIG REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(UUID REQUIRED IMPORTED_TARGET uuid)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core)
 
 if(TESSALY_BUILD_APP)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Svg DBus)

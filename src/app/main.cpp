@@ -1,10 +1,12 @@
 // tessaly: the window.
 #include "app/AppDelegate.h"
+#include "app/EarlierSettings.h"
 #include "app/SingleInstance.h"
 #include "app/TerminationNotifier.h"
 #include "app/widgets/Icons.h"
 #include "app/widgets/Style.h"
 #include "localization/Localization.h"
+#include "preferences/UserFolders.h"
 
 #include <CLI/CLI.hpp>
 
@@ -73,6 +75,7 @@ int main(int count, char** arguments) {
   describeApplication();
   const SingleInstance instance(SingleInstance::nameHere());
   if (instance.isSecond()) return EXIT_SUCCESS;
+  takeOverEarlierSettings(earlierPreferencesFile(), preferencesFile());
   DesktopPanels panels;
   AppDelegate delegate(panels);
   delegate.applicationDidFinishLaunching();

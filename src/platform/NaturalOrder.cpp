@@ -25,23 +25,29 @@ icu::StringPiece piece(std::string_view text) {
 }  // namespace
 
 struct NaturalOrder::Implementation {
-  std::unique_ptr<icu::Collator> collator;
+  /// Made at the first comparison: its tables are read from ICU's data, a millisecond that one name alone never needs.
+  const icu::Collator& collator() {
+    if (!made) {
+      UErrorCode error = U_ZERO_ERROR;
+      made.reset(icu::Collator::createInstance(icu::Locale::getRoot(), error));
+      require(error, "collator");
+      made->setAttribute(UCOL_STRENGTH, UCOL_SECONDARY, error);
+      made->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, error);
+      require(error, "attributes");
+    }
+    return *made;
+  }
+
+  std::unique_ptr<icu::Collator> made;
 };
 
-NaturalOrder::NaturalOrder() : implementation_(std::make_unique<Implementation>()) {
-  UErrorCode error = U_ZERO_ERROR;
-  implementation_->collator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), error));
-  require(error, "collator");
-  implementation_->collator->setAttribute(UCOL_STRENGTH, UCOL_SECONDARY, error);
-  implementation_->collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, error);
-  require(error, "attributes");
-}
+NaturalOrder::NaturalOrder() : implementation_(std::make_unique<Implementation>()) {}
 
 NaturalOrder::~NaturalOrder() = default;
 
 int NaturalOrder::compare(std::string_view left, std::string_view right) const {
   UErrorCode error = U_ZERO_ERROR;
-  const UCollationResult result = implementation_->collator->compareUTF8(piece(left), piece(right), error);
+  const UCollationResult result = implementation_->collator().compareUTF8(piece(left), piece(right), error);
   require(error, "comparison");
   return result != UCOL_EQUAL ? static_cast<int>(result) : left.compare(right);
 }

@@ -1,10 +1,6 @@
 #include "preferences/AppLanguage.h"
 
-#include "preferences/QtGate.h"
-
-#include <QLocale>
-#include <QStringList>
-#include <mutex>
+#include "preferences/SystemLanguages.h"
 
 namespace tessaly {
 namespace {
@@ -46,14 +42,6 @@ std::string languageTagChoice() {
   return choice;
 }
 
-std::vector<std::string> preferredLanguages() {
-  const std::lock_guard guard(qtGate());
-  std::vector<std::string> tags;
-  for (const QString& tag : QLocale::system().uiLanguages())
-    tags.push_back(tag.toStdString());
-  return tags;
-}
-
 AppLanguage resolved(AppLanguage language, const std::vector<std::string>& preferred) {
   if (language != AppLanguage::system) return language;
   for (const std::string& tag : preferred) {
@@ -63,7 +51,7 @@ AppLanguage resolved(AppLanguage language, const std::vector<std::string>& prefe
 }
 
 AppLanguage resolved(AppLanguage language) {
-  return language == AppLanguage::system ? resolved(language, preferredLanguages()) : language;
+  return language == AppLanguage::system ? resolved(language, systemLanguages()) : language;
 }
 
 }  // namespace tessaly

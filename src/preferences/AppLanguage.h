@@ -71,10 +71,8 @@ inline constexpr auto languageChoices = [] {
 /// The same as help texts show them: "en|zh-Hans|…".
 [[nodiscard]] std::string languageTagChoice();
 
-/// The languages the user prefers, most preferred first, as tags such as "fr-CH".
-[[nodiscard]] std::vector<std::string> preferredLanguages();
-
-/// `language` itself, or for `system` the first of the preferred languages that the interface speaks, else English.
+/// `language` itself, or for `system` the first of the preferred languages (the system's, where none are given) that
+/// the interface speaks, else English.
 [[nodiscard]] AppLanguage resolved(AppLanguage language, const std::vector<std::string>& preferred);
 [[nodiscard]] AppLanguage resolved(AppLanguage language);
 

@@ -1,16 +1,14 @@
 #include "preferences/AppPreferences.h"
 
-#include "preferences/QtGate.h"
 #include "preferences/RawValues.h"
-#include "preferences/StoredNumber.h"
+#include "preferences/SettingsFile.h"
 #include "preferences/UserFolders.h"
 
-#include <QByteArray>
-#include <QSettings>
-#include <QString>
-#include <QVariant>
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace tessaly {
@@ -30,12 +28,8 @@ constexpr std::array<RawValue<ExistingOutputPolicy>, 2> policies{{
     {ExistingOutputPolicy::numberedCopy, "numberedCopy"},
 }};
 
-QString key(const char* name) {
-  return QString::fromLatin1(prefix) + QString::fromLatin1(name);
-}
-
-QString qText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+std::string key(const char* name) {
+  return std::string(prefix) + name;
 }
 
 }  // namespace
@@ -56,46 +50,32 @@ std::optional<ExistingOutputPolicy> existingOutputPolicy(std::string_view rawVal
 
 /// The settings in their file, and who wants to hear of changes.
 struct AppPreferences::Store {
-  explicit Store(const std::filesystem::path& file)
-      : settings(QString::fromLocal8Bit(file.c_str()), QSettings::IniFormat) {}
+  explicit Store(const std::filesystem::path& path) : file(path) {}
 
-  /// What the file holds now, also when another process has written it since.
-  QVariant read(const char* name) {
-    const std::lock_guard guard(qtGate());
-    settings.sync();
-    return settings.value(key(name));
+  nlohmann::json read(const char* name) const { return file.value(key(name)); }
+
+  void write(const char* name, const nlohmann::json& value) { file.setValue(key(name), value); }
+
+  /// What is no text reads as an empty one.
+  std::string text(const char* name) const {
+    const nlohmann::json stored = read(name);
+    return stored.is_string() ? stored.get<std::string>() : "";
   }
 
-  void write(const char* name, const QVariant& value) {
-    const std::lock_guard guard(qtGate());
-    settings.setValue(key(name), value);
-    settings.sync();
+  /// Only a boolean counts as one.
+  bool flag(const char* name, bool fallback) const {
+    const nlohmann::json stored = read(name);
+    return stored.is_boolean() ? stored.get<bool>() : fallback;
   }
 
-  void remove(const char* name) {
-    const std::lock_guard guard(qtGate());
-    settings.remove(key(name));
-    settings.sync();
+  /// The whole part of a number, clamped; what is no number counts as 0.
+  std::int64_t number(const char* name, std::int64_t lowest, std::int64_t highest) const {
+    const nlohmann::json stored = read(name);
+    const double value = stored.is_number() ? stored.get<double>() : 0;
+    return static_cast<std::int64_t>(std::clamp(value, static_cast<double>(lowest), static_cast<double>(highest)));
   }
 
-  void removeAll() {
-    const std::lock_guard guard(qtGate());
-    settings.sync();
-    for (const QString& name : settings.allKeys()) {
-      if (name.startsWith(QString::fromLatin1(prefix))) settings.remove(name);
-    }
-    settings.sync();
-  }
-
-  std::string text(const char* name) { return read(name).toString().toStdString(); }
-
-  /// A boolean counts only where the file says "true" or "false".
-  bool flag(const char* name, bool fallback) {
-    const std::string stored = text(name);
-    return stored == "true" || (stored != "false" && fallback);
-  }
-
-  QSettings settings;
+  SettingsFile file;
   std::mutex observersLock;
   std::vector<std::weak_ptr<std::function<void()>>> observers;
 };
@@ -105,22 +85,16 @@ AppPreferences& AppPreferences::shared() {
   return preferences;
 }
 
-AppPreferences::AppPreferences(const std::filesystem::path& file) {
-  const std::lock_guard guard(qtGate());
-  store_ = std::make_unique<Store>(file);
-}
+AppPreferences::AppPreferences(const std::filesystem::path& file) : store_(std::make_unique<Store>(file)) {}
 
-AppPreferences::~AppPreferences() {
-  const std::lock_guard guard(qtGate());
-  store_.reset();
-}
+AppPreferences::~AppPreferences() = default;
 
 AppLanguage AppPreferences::language() const {
   return appLanguage(store_->text("language")).value_or(AppLanguage::system);
 }
 
 void AppPreferences::setLanguage(AppLanguage language) {
-  store_->write("language", qText(rawValue(language)));
+  store_->write("language", rawValue(language));
 }
 
 AppAppearance AppPreferences::appearance() const {
@@ -128,15 +102,15 @@ AppAppearance AppPreferences::appearance() const {
 }
 
 void AppPreferences::setAppearance(AppAppearance appearance) {
-  store_->write("appearance", qText(rawValue(appearance)));
+  store_->write("appearance", rawValue(appearance));
 }
 
 std::int64_t AppPreferences::workers() const {
-  return storedNumber(store_->text("workers"), 0, maximumWorkers);
+  return store_->number("workers", 0, maximumWorkers);
 }
 
 void AppPreferences::setWorkers(std::int64_t workers) {
-  store_->write("workers", static_cast<qlonglong>(std::clamp<std::int64_t>(workers, 0, maximumWorkers)));
+  store_->write("workers", std::clamp<std::int64_t>(workers, 0, maximumWorkers));
 }
 
 // The key is older than the property's name.
@@ -145,7 +119,7 @@ ExistingOutputPolicy AppPreferences::existingOutputPolicy() const {
 }
 
 void AppPreferences::setExistingOutputPolicy(ExistingOutputPolicy policy) {
-  store_->write("collision", qText(rawValue(policy)));
+  store_->write("collision", rawValue(policy));
 }
 
 bool AppPreferences::saveLog() const {
@@ -170,28 +144,22 @@ void AppPreferences::setUseCustomOutput(bool use) {
 }
 
 std::optional<std::string> AppPreferences::outputBookmark() const {
-  const QVariant stored = store_->read("outputBookmark");
-  if (stored.typeId() != QMetaType::QByteArray) return std::nullopt;
-  return stored.toByteArray().toStdString();
+  return bytesOfValue(store_->read("outputBookmark"));
 }
 
 void AppPreferences::setOutputBookmark(const std::optional<std::string>& bookmark) {
-  if (bookmark) {
-    store_->write("outputBookmark", QByteArray::fromStdString(*bookmark));
-  } else {
-    store_->remove("outputBookmark");
-  }
+  store_->write("outputBookmark", bookmark ? valueOfBytes(*bookmark) : nlohmann::json());
 }
 
 std::string AppPreferences::outputPath() const {
   return store_->text("outputPath");
 }
 void AppPreferences::setOutputPath(const std::string& path) {
-  store_->write("outputPath", qText(path));
+  store_->write("outputPath", path);
 }
 
 void AppPreferences::reset() {
-  store_->removeAll();
+  store_->file.removeAll(prefix);
 }
 
 void AppPreferences::notify() {

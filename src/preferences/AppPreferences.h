@@ -30,7 +30,7 @@ class AppPreferences {
   /// The application's own settings: in TESSALY_HOME when that is set, else in the user's configuration folder.
   [[nodiscard]] static AppPreferences& shared();
 
-  /// Settings kept in the INI file at `file`.
+  /// Settings kept in the file at this path (see SettingsFile).
   explicit AppPreferences(const std::filesystem::path& file);
   ~AppPreferences();
 

@@ -35,6 +35,11 @@ fs::path replacement() {
   return folder.empty() ? fs::path() : fs::absolute(folder);
 }
 
+fs::path configurationFolder() {
+  const fs::path folder = replacement();
+  return (folder.empty() ? baseFolder("XDG_CONFIG_HOME", ".config") : folder) / "Tessaly";
+}
+
 }  // namespace
 
 fs::path applicationSupportFolder() {
@@ -43,8 +48,11 @@ fs::path applicationSupportFolder() {
 }
 
 fs::path preferencesFile() {
-  const fs::path folder = replacement();
-  return (folder.empty() ? baseFolder("XDG_CONFIG_HOME", ".config") : folder) / "Tessaly" / "Tessaly.ini";
+  return configurationFolder() / "Tessaly.json";
+}
+
+fs::path earlierPreferencesFile() {
+  return configurationFolder() / "Tessaly.ini";
 }
 
 }  // namespace tessaly

@@ -1,11 +1,13 @@
 // What the program accepts, what it says about itself, and in which language it speaks.
 #include "cli/ProgramTest.h"
+#include "support/Program.h"
 #include "tools/DNGBuilder.h"
 
 namespace tessaly::tests {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 using tools::DNGBuilder;
@@ -127,7 +129,7 @@ TEST_F(GrammarTest, TakesTheLanguageOnACommandOfACommand) {
 
 TEST_F(GrammarTest, SpeaksTheSavedLanguageWithoutAChoice) {
   std::filesystem::create_directories(home / "Tessaly");
-  writeText(home / "Tessaly" / "Tessaly.ini", "[General]\nTessaly.settings.language=fr\n");
+  writeText(home / "Tessaly" / "Tessaly.json", R"({"Tessaly.settings.language": "fr"})");
   EXPECT_THAT(run({"inspect", "missing.dng"}).errors, HasSubstr("Tessaly n’a pas pu ouvrir"));
   EXPECT_THAT(run({"inspect", "missing.dng", "--language", "en"}).errors, HasSubstr("Tessaly couldn't open"));
 }
@@ -154,6 +156,13 @@ TEST_F(GrammarTest, TakesAFileWhoseNameIsACommandOrAnOption) {
   const ProgramResult result = run({"inspect", "--", "--help"});
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.output, StartsWith("{"));
+}
+
+// It takes longer to load than most of what is asked of the program.
+TEST_F(GrammarTest, IsReadWithoutTheToolkitOfTheWindow) {
+  const std::string libraries = outputOf("ldd " + quoted(TESSALY_CLI));
+  EXPECT_THAT(libraries, HasSubstr("libc.so"));
+  EXPECT_THAT(libraries, Not(HasSubstr("Qt")));
 }
 
 TEST_F(GrammarTest, TakesAFolderInBracketsBehindAFlag) {

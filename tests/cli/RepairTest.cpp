@@ -138,9 +138,9 @@ TEST_F(RepairTest, SkipsOrNumbersCopiesThatExist) {
 
 TEST_F(RepairTest, FollowsThePreferencesUnlessTold) {
   fs::create_directories(home / "Tessaly");
-  writeText(home / "Tessaly" / "Tessaly.ini",
-            "[General]\nTessaly.settings.collision=numberedCopy\nTessaly.settings.saveLog=false\n"
-            "Tessaly.settings.language=fr\n");
+  writeText(home / "Tessaly" / "Tessaly.json",
+            R"({"Tessaly.settings.collision": "numberedCopy", "Tessaly.settings.saveLog": false,)"
+            R"( "Tessaly.settings.language": "fr"})");
   EXPECT_EQ(run({"repair", "photos", "--profile", "p.json"}).status, 0);
   EXPECT_THAT(run({"repair", "photos", "--profile", "p.json"}).output,
               "Traitement terminé\n\nRéussis: 1\nÉchecs: 0\nIgnorés: 0\n\nJournal: Aucun journal généré\n");
@@ -151,9 +151,9 @@ TEST_F(RepairTest, FollowsThePreferencesUnlessTold) {
 TEST_F(RepairTest, WritesIntoTheCustomFolderOfThePreferences) {
   fs::create_directory(folder / "custom");
   fs::create_directories(home / "Tessaly");
-  writeText(home / "Tessaly" / "Tessaly.ini",
-            "[General]\nTessaly.settings.customOutput=true\nTessaly.settings.outputBookmark=@ByteArray(" +
-                (folder / "custom").string() + ")\n");
+  writeText(home / "Tessaly" / "Tessaly.json",
+            R"({"Tessaly.settings.customOutput": true, "Tessaly.settings.outputBookmark": ")" +
+                (folder / "custom").string() + "\"}");
   EXPECT_EQ(run({"repair", "photos", "--profile", "p.json", "--no-log"}).status, 0);
   EXPECT_THAT(namesIn(folder / "custom"), ElementsAre("L1.DNG"));
   fs::remove_all(folder / "custom");

@@ -99,9 +99,10 @@ TEST_F(SamplesTest, WritesANewFileOfAnyName) {
 
 TEST_F(SamplesTest, NeverReplacesTheSettings) {
   std::filesystem::create_directories(home / "Tessaly");
-  writeText(home / "Tessaly" / "Tessaly.ini", "[General]\n");
-  EXPECT_EQ(run({"samples", "a.dng", "--output", (home / "Tessaly" / "Tessaly.ini").string()}).status, 2);
-  EXPECT_EQ(readText(home / "Tessaly" / "Tessaly.ini"), "[General]\n");
+  const std::filesystem::path settings = home / "Tessaly" / "Tessaly.json";
+  writeText(settings, "{}\n");
+  EXPECT_EQ(run({"samples", "a.dng", "--output", settings.string()}).status, 2);
+  EXPECT_EQ(readText(settings), "{}\n");
 }
 
 TEST_F(SamplesTest, LeavesNothingWhenTheFileIsRefused) {

@@ -100,9 +100,7 @@ bool implements(const fs::path& source, const fs::path& header) {
 std::string toolkitInclude(const TextFile& file, const std::string& line) {
   const std::string included = includedBy(line);
   const bool isToolkit = included.size() > 1 && included[0] == 'Q' && included[1] >= 'A' && included[1] <= 'z';
-  const bool isAllowed =
-      file.path.starts_with("src/app/") || (file.path.starts_with("src/preferences/") && file.path.ends_with(".cpp"));
-  return isToolkit && !isAllowed ? "includes " + included : "";
+  return isToolkit && !file.path.starts_with("src/app/") ? "includes " + included : "";
 }
 
 std::string costlyInclude(const TextFile& file, const std::string& line) {

@@ -22,7 +22,7 @@ using Complaints = std::vector<std::string>;
 /// A source of src/ (other than main.cpp) has a header of its own, or its name begins with that of one beside it.
 [[nodiscard]] Complaints sourcesWithoutHeader(const std::filesystem::path& root);
 
-/// Qt is included by the window, and by the sources (not the headers) of the preferences.
+/// Qt is included by the window alone.
 [[nodiscard]] Complaints toolkitIncludes(const std::filesystem::path& root);
 
 /// Headers that take seconds to read: CLI11 is included by one file of each program, and headers of src/ include only

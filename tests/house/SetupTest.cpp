@@ -1,11 +1,10 @@
 // What tools/setup.sh, which ./run and ./test share, shows of a build.
 #include "support/FileBytes.h"
+#include "support/Program.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <stdio.h>
 
-#include <array>
 #include <string>
 
 namespace tessaly::house {
@@ -17,14 +16,7 @@ class SetupTest : public testing::Test {
  protected:
   /// Everything that these commands print, with the script read before.
   [[nodiscard]] static std::string printed(const std::string& commands) {
-    const std::string script = "source " TESSALY_SOURCE_FOLDER "/tools/setup.sh; " + commands;
-    FILE* pipe = popen(("bash -c '" + script + "' 2>&1").c_str(), "r");
-    std::string text;
-    std::array<char, 256> buffer{};
-    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), pipe))
-      text.append(buffer.data(), count);
-    pclose(pipe);
-    return text;
+    return tests::outputOf("bash -c " + tests::quoted("source " TESSALY_SOURCE_FOLDER "/tools/setup.sh; " + commands));
   }
 
   tests::TemporaryFolder folder;

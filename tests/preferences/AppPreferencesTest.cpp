@@ -16,20 +16,13 @@ using testing::Not;
 
 class AppPreferencesTest : public testing::Test {
  protected:
-  void store(const std::string& lines) { tests::writeText(file, "[General]\n" + lines); }
-
-  /// Settings that were just read from a file of their own: a file that keeps its size and time is not read again.
-  [[nodiscard]] AppPreferences fresh(const std::string& lines) {
-    file = folder / ("settings/" + std::to_string(++files) + ".ini");
-    store(lines);
-    return AppPreferences(file);
-  }
+  /// The file as somebody else has written it: these members of its object.
+  void store(const std::string& members) { tests::writeText(file, "{" + members + "}"); }
 
   [[nodiscard]] std::string stored() const { return tests::readText(file); }
 
   tests::TemporaryFolder folder;
-  std::filesystem::path file = folder / "settings" / "Tessaly.ini";
-  int files = 0;
+  std::filesystem::path file = folder / "settings" / "Tessaly.json";
   AppPreferences preferences{file};
 
   void SetUp() override { std::filesystem::create_directory(folder / "settings"); }
@@ -57,12 +50,17 @@ TEST_F(AppPreferencesTest, AreStoredUnderTheirFullKeysAtOnce) {
   preferences.setOpenAfterCompletion(false);
   preferences.setUseCustomOutput(true);
   preferences.setOutputPath("/Fotos/Ausgabe");
-  for (const char* line : {"Tessaly.settings.language=zh-Hans\n", "Tessaly.settings.appearance=dark\n",
-                           "Tessaly.settings.workers=3\n", "Tessaly.settings.collision=numberedCopy\n",
-                           "Tessaly.settings.saveLog=false\n", "Tessaly.settings.autoOpen=false\n",
-                           "Tessaly.settings.customOutput=true\n", "Tessaly.settings.outputPath=/Fotos/Ausgabe\n"}) {
-    EXPECT_THAT(stored(), HasSubstr(line));
-  }
+  EXPECT_EQ(stored(),
+            "{\n"
+            "  \"Tessaly.settings.appearance\": \"dark\",\n"
+            "  \"Tessaly.settings.autoOpen\": false,\n"
+            "  \"Tessaly.settings.collision\": \"numberedCopy\",\n"
+            "  \"Tessaly.settings.customOutput\": true,\n"
+            "  \"Tessaly.settings.language\": \"zh-Hans\",\n"
+            "  \"Tessaly.settings.outputPath\": \"/Fotos/Ausgabe\",\n"
+            "  \"Tessaly.settings.saveLog\": false,\n"
+            "  \"Tessaly.settings.workers\": 3\n"
+            "}\n");
 }
 
 TEST_F(AppPreferencesTest, ReadBackWhatWasSet) {
@@ -91,60 +89,74 @@ TEST_F(AppPreferencesTest, ReadBackWhatWasSet) {
 
 TEST_F(AppPreferencesTest, SeeWhatAnotherProcessHasWritten) {
   EXPECT_EQ(preferences.workers(), 0);
-  store("Tessaly.settings.workers=2\n");
+  store(R"("Tessaly.settings.workers": 2)");
   EXPECT_EQ(preferences.workers(), 2);
-  store("Tessaly.settings.workers=1\nTessaly.settings.language=fr\n");
+  store(R"("Tessaly.settings.workers": 1, "Tessaly.settings.language": "fr")");
   EXPECT_EQ(preferences.workers(), 1);
   EXPECT_EQ(preferences.language(), AppLanguage::french);
 }
 
 TEST_F(AppPreferencesTest, ClampWorkersWhenRead) {
-  const std::pair<const char*, std::int64_t> rows[] = {
-      {"7", 4},   {"-3", 0},      {"0", 0},    {"4", 4},   {"5", 4},   {"2.9", 2},      {"99999999999999999999", 4},
-      {"two", 0}, {"3 files", 0}, {"true", 0}, {"nan", 0}, {"inf", 0}, {"\"1, 2\"", 0}, {"1, 2", 0},
-      {"", 0}};
+  const std::pair<const char*, std::int64_t> rows[] = {{"7", 4},
+                                                       {"-3", 0},
+                                                       {"0", 0},
+                                                       {"4", 4},
+                                                       {"5", 4},
+                                                       {"2.9", 2},
+                                                       {"99999999999999999999", 4},
+                                                       {"-1e300", 0},
+                                                       {"1e300", 4},
+                                                       {"\"two\"", 0},
+                                                       {"\"3\"", 0},
+                                                       {"true", 0},
+                                                       {"null", 0},
+                                                       {"[1, 2]", 0},
+                                                       {"{\"a\": 1}", 0}};
   for (const auto& [text, expected] : rows) {
-    EXPECT_EQ(fresh(std::string("Tessaly.settings.workers=") + text + "\n").workers(), expected) << text;
+    store(std::string(R"("Tessaly.settings.workers": )") + text);
+    EXPECT_EQ(preferences.workers(), expected) << text;
   }
 }
 
 TEST_F(AppPreferencesTest, ClampWorkersWhenWritten) {
   preferences.setWorkers(9);
-  EXPECT_THAT(stored(), HasSubstr("Tessaly.settings.workers=4\n"));
+  EXPECT_THAT(stored(), HasSubstr(R"("Tessaly.settings.workers": 4)"));
   preferences.setWorkers(-1);
-  EXPECT_THAT(stored(), HasSubstr("Tessaly.settings.workers=0\n"));
+  EXPECT_THAT(stored(), HasSubstr(R"("Tessaly.settings.workers": 0)"));
 }
 
 TEST_F(AppPreferencesTest, ReadAnUnknownLanguageOrAppearanceAsSystem) {
-  store("Tessaly.settings.language=de\nTessaly.settings.appearance=Dark\n");
-  EXPECT_EQ(preferences.language(), AppLanguage::system);
-  EXPECT_EQ(preferences.appearance(), AppAppearance::system);
+  for (const char* text : {"\"de\"", "\"Dark\"", "\"\"", "1", "true", "[\"fr\", \"dark\"]", "null"}) {
+    store(std::string(R"("Tessaly.settings.language": )") + text + R"(, "Tessaly.settings.appearance": )" + text);
+    EXPECT_EQ(preferences.language(), AppLanguage::system) << text;
+    EXPECT_EQ(preferences.appearance(), AppAppearance::system) << text;
+  }
 }
 
 TEST_F(AppPreferencesTest, ReadOnlyTheExactPolicy) {
-  for (const char* text : {"NumberedCopy", "numberedcopy", "numbered", "1", "true"}) {
-    const AppPreferences read = fresh(std::string("Tessaly.settings.collision=") + text + "\n");
-    EXPECT_EQ(read.existingOutputPolicy(), ExistingOutputPolicy::skip) << text;
+  for (const char* text : {"\"NumberedCopy\"", "\"numberedcopy\"", "\"numbered\"", "1", "true"}) {
+    store(std::string(R"("Tessaly.settings.collision": )") + text);
+    EXPECT_EQ(preferences.existingOutputPolicy(), ExistingOutputPolicy::skip) << text;
   }
-  EXPECT_EQ(fresh("Tessaly.settings.collision=numberedCopy\n").existingOutputPolicy(),
-            ExistingOutputPolicy::numberedCopy);
+  store(R"("Tessaly.settings.collision": "numberedCopy")");
+  EXPECT_EQ(preferences.existingOutputPolicy(), ExistingOutputPolicy::numberedCopy);
 }
 
 TEST_F(AppPreferencesTest, CountABooleanOnlyWhenItIsStoredAsOne) {
-  for (const char* text : {"no", "0", "False", "FALSE", "", "off", "\"false, false\""}) {
-    const AppPreferences read =
-        fresh(std::string("Tessaly.settings.saveLog=") + text + "\nTessaly.settings.autoOpen=" + text + "\n");
-    EXPECT_TRUE(read.saveLog()) << text;
-    EXPECT_TRUE(read.openAfterCompletion()) << text;
+  for (const char* text : {"\"no\"", "0", "\"false\"", "\"\"", "null", "[false]"}) {
+    store(std::string(R"("Tessaly.settings.saveLog": )") + text + R"(, "Tessaly.settings.autoOpen": )" + text);
+    EXPECT_TRUE(preferences.saveLog()) << text;
+    EXPECT_TRUE(preferences.openAfterCompletion()) << text;
   }
-  for (const char* text : {"yes", "1", "True", "TRUE", ""}) {
-    EXPECT_FALSE(fresh(std::string("Tessaly.settings.customOutput=") + text + "\n").useCustomOutput()) << text;
+  for (const char* text : {"\"yes\"", "1", "\"true\"", "\"\"", "null", "[true]"}) {
+    store(std::string(R"("Tessaly.settings.customOutput": )") + text);
+    EXPECT_FALSE(preferences.useCustomOutput()) << text;
   }
-  const AppPreferences read =
-      fresh("Tessaly.settings.saveLog=false\nTessaly.settings.autoOpen=false\nTessaly.settings.customOutput=true\n");
-  EXPECT_FALSE(read.saveLog());
-  EXPECT_FALSE(read.openAfterCompletion());
-  EXPECT_TRUE(read.useCustomOutput());
+  store(
+      R"("Tessaly.settings.saveLog": false, "Tessaly.settings.autoOpen": false, "Tessaly.settings.customOutput": true)");
+  EXPECT_FALSE(preferences.saveLog());
+  EXPECT_FALSE(preferences.openAfterCompletion());
+  EXPECT_TRUE(preferences.useCustomOutput());
 }
 
 TEST_F(AppPreferencesTest, KeepTheBookmarkByteForByte) {
@@ -164,12 +176,14 @@ TEST_F(AppPreferencesTest, RemoveTheBookmarksKeyWhenThereIsNone) {
 }
 
 TEST_F(AppPreferencesTest, TakeOnlyDataForABookmark) {
-  store("Tessaly.settings.outputBookmark=/results\n");
-  EXPECT_EQ(preferences.outputBookmark(), std::nullopt);
+  for (const char* text : {"7", "true", "null", "[47]"}) {
+    store(std::string(R"("Tessaly.settings.outputBookmark": )") + text);
+    EXPECT_EQ(preferences.outputBookmark(), std::nullopt) << text;
+  }
 }
 
 TEST_F(AppPreferencesTest, ResetOnlyTheirOwnKeys) {
-  store("Tessaly.other=1\nTessaly.window.size=2\nTessaly.settings=3\n[Group]\nTessaly.settings.workers=4\n");
+  store(R"("Tessaly.other": 1, "Tessaly.window.size": 2, "Tessaly.settings": 3)");
   preferences.setLanguage(AppLanguage::french);
   preferences.setWorkers(3);
   preferences.setSaveLog(false);
@@ -179,11 +193,7 @@ TEST_F(AppPreferencesTest, ResetOnlyTheirOwnKeys) {
   EXPECT_EQ(preferences.workers(), 0);
   EXPECT_TRUE(preferences.saveLog());
   EXPECT_EQ(preferences.outputBookmark(), std::nullopt);
-  EXPECT_THAT(stored(), HasSubstr("Tessaly.other=1\n"));
-  EXPECT_THAT(stored(), HasSubstr("Tessaly.window.size=2\n"));
-  EXPECT_THAT(stored(), HasSubstr("Tessaly.settings=3\n"));
-  EXPECT_THAT(stored(), HasSubstr("[Group]\nTessaly.settings.workers=4\n"));
-  EXPECT_THAT(stored(), Not(HasSubstr("Tessaly.settings.language")));
+  EXPECT_EQ(stored(), "{\n  \"Tessaly.other\": 1,\n  \"Tessaly.settings\": 3,\n  \"Tessaly.window.size\": 2\n}\n");
 }
 
 TEST_F(AppPreferencesTest, TolerateAFileThatIsNoSettingsFile) {

@@ -27,25 +27,30 @@ class UserFoldersTest : public testing::Test {
 TEST_F(UserFoldersTest, LieBelowTheHomeFolder) {
   environment({{"HOME", "/home/ana"}});
   EXPECT_EQ(applicationSupportFolder(), "/home/ana/.local/share");
-  EXPECT_EQ(preferencesFile(), "/home/ana/.config/Tessaly/Tessaly.ini");
+  EXPECT_EQ(preferencesFile(), "/home/ana/.config/Tessaly/Tessaly.json");
 }
 
 TEST_F(UserFoldersTest, FollowTheBaseFoldersOfTheEnvironment) {
   environment({{"HOME", "/home/ana"}, {"XDG_DATA_HOME", "/data"}, {"XDG_CONFIG_HOME", "/config"}});
   EXPECT_EQ(applicationSupportFolder(), "/data");
-  EXPECT_EQ(preferencesFile(), "/config/Tessaly/Tessaly.ini");
+  EXPECT_EQ(preferencesFile(), "/config/Tessaly/Tessaly.json");
 }
 
 TEST_F(UserFoldersTest, IgnoreBaseFoldersThatAreEmptyOrRelative) {
   environment({{"HOME", "/home/ana"}, {"XDG_DATA_HOME", ""}, {"XDG_CONFIG_HOME", "config"}});
   EXPECT_EQ(applicationSupportFolder(), "/home/ana/.local/share");
-  EXPECT_EQ(preferencesFile(), "/home/ana/.config/Tessaly/Tessaly.ini");
+  EXPECT_EQ(preferencesFile(), "/home/ana/.config/Tessaly/Tessaly.json");
 }
 
 TEST_F(UserFoldersTest, LieInTessalyHomeWhenItIsSet) {
   environment({{"HOME", "/home/ana"}, {"XDG_DATA_HOME", "/data"}, {"TESSALY_HOME", "/portable"}});
   EXPECT_EQ(applicationSupportFolder(), "/portable");
-  EXPECT_EQ(preferencesFile(), "/portable/Tessaly/Tessaly.ini");
+  EXPECT_EQ(preferencesFile(), "/portable/Tessaly/Tessaly.json");
+}
+
+TEST_F(UserFoldersTest, HoldTheEarlierSettingsBesideThePresentOnes) {
+  environment({{"HOME", "/home/ana"}});
+  EXPECT_EQ(earlierPreferencesFile(), "/home/ana/.config/Tessaly/Tessaly.ini");
 }
 
 TEST_F(UserFoldersTest, TakeAnEmptyTessalyHomeForNone) {

@@ -1,19 +1,24 @@
 #include "app/widgets/WindowState.h"
 
-#include "preferences/QtGate.h"
+#include "app/widgets/StoredValue.h"
+#include "preferences/SettingsFile.h"
 #include "preferences/UserFolders.h"
 
+#include <nlohmann/json.hpp>
+
 #include <QByteArray>
-#include <QFile>
-#include <QSettings>
-#include <mutex>
 #include <system_error>
 
 namespace tessaly {
 namespace {
 
-QString fullKey(const std::string& key) {
-  return QStringLiteral("Tessaly.window.") + QString::fromStdString(key);
+SettingsFile& settings() {
+  static SettingsFile file(preferencesFile());
+  return file;
+}
+
+std::string fullKey(const std::string& key) {
+  return "Tessaly.window." + key;
 }
 
 QRect centred(QSize size, const QRect& screen) {
@@ -28,15 +33,12 @@ QRect centred(QSize size, const QRect& screen) {
 namespace WindowState {
 
 QVariant value(const std::string& key, const QVariant& fallback) {
-  const std::lock_guard guard(qtGate());
-  QSettings store(QFile::decodeName(preferencesFile().c_str()), QSettings::IniFormat);
-  return store.value(fullKey(key), fallback);
+  const QVariant stored = shownValue(settings().value(fullKey(key)));
+  return stored.isValid() ? stored : fallback;
 }
 
 void setValue(const std::string& key, const QVariant& value) {
-  const std::lock_guard guard(qtGate());
-  QSettings store(QFile::decodeName(preferencesFile().c_str()), QSettings::IniFormat);
-  store.setValue(fullKey(key), value);
+  settings().setValue(fullKey(key), storedValue(value));
 }
 
 // Kept as bytes: a path need not be text.
