@@ -1,6 +1,7 @@
 #include "comparison/Processes.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -38,7 +39,9 @@ void bindToOneProcessor() {
 
 [[noreturn]] void become(const Command& command, bool isBound) {
   if (isBound) bindToOneProcessor();
-  ::dup2(::open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+  const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+  ::dup2(nowhere, STDOUT_FILENO);
+  ::dup2(nowhere, STDERR_FILENO);
   std::vector<char*> words;
   words.reserve(command.size() + 1);
   for (const std::string& word : command)
@@ -56,7 +59,7 @@ Cost costOf(const Command& command, bool isBound) {
   rusage usage{};
   while (::wait4(child, &status, 0, &usage) < 0 && errno == EINTR) {
   }
-  if (status != 0) throw std::runtime_error("It failed: " + command.front() + " " + command.at(1));
+  if (status != 0) throw std::runtime_error(fmt::format("It failed: {}", fmt::join(command, " ")));
   return {std::chrono::duration<double, std::milli>(Clock::now() - start).count(),
           milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) / 1024};
 }

@@ -14,7 +14,7 @@ struct Cost {
   double peakMiB = 0;  ///< 0: not known
 };
 
-/// Runs the commands one after the other, without a shell and without their standard output, on one processor when
+/// Runs the commands one after the other, without a shell and without what they print, on one processor when
 /// `isBound`. Throws std::runtime_error when one fails.
 [[nodiscard]] Cost costOf(const std::vector<Command>& commands, bool isBound);
 

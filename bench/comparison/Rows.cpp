@@ -121,7 +121,7 @@ void compareRepairOnDisk(const Extent& extent, const Report& report) {
 void compareStart(const Extent& extent, const Report& report) {
   const Material material(folderInMemory());
   const Path large = material.photograph("large.dng", imageOf(50, 16));
-  const Work nothing = programs({{"true", ""}});
+  const Work nothing = programs({Command{"true"}});
   report({"`--version`", "`true`", "+ 2 ms", extent.rounds(100), programs({{TESSALY_CLI, "--version"}}), nothing});
   report({"`inspect` of 100 MB", "`true`", "+ 2 ms", extent.rounds(100),
           programs({{TESSALY_CLI, "inspect", large.string()}}), nothing});
