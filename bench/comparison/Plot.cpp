@@ -46,7 +46,7 @@ class ChartDrawing {
     for (std::size_t i = 0; i < chart_.curves.size(); ++i)
       svg += curve(i);
     svg += text(margin + plotWidth / 2, top_ + plotHeight + 42, "middle", chart_.xName);
-    return svg + text(margin, top_ - 6, "end", chart_.yName);
+    return svg + text(margin - 8, top_ - 14, "end", chart_.yName);
   }
 
  private:
@@ -67,12 +67,12 @@ class ChartDrawing {
     for (double power = x_.first; power <= x_.last; ++power) {
       const double x = placeOf({std::pow(10, power), 1}).x;
       svg += line({x, top_}, {x, top_ + plotHeight});
-      svg += text(x, top_ + plotHeight + 18, "middle", fmt::format("{:g}", std::pow(10, power)));
+      svg += text(x, top_ + plotHeight + 18, "middle", fmt::format("{:.10g}", std::pow(10, power)));
     }
     for (double power = y_.first; power <= y_.last; ++power) {
       const double y = placeOf({1, std::pow(10, power)}).y;
       svg += line({margin, y}, {margin + plotWidth, y});
-      svg += text(margin - 8, y + 4, "end", fmt::format("{:g}", std::pow(10, power)));
+      svg += text(margin - 8, y + 4, "end", fmt::format("{:.10g}", std::pow(10, power)));
     }
     return svg;
   }
