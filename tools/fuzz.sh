@@ -4,7 +4,7 @@
 set -euo pipefail
 build=$1
 seconds=$2
-targets=(metadata raw-plane round-trip)
+targets=(metadata raw-plane repair round-trip)
 
 fuzz() {
   mkdir -p "$build/fuzz/corpus-$1"

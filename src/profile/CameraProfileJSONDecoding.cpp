@@ -297,7 +297,7 @@ class ProfileHandler final : public nlohmann::json_sax<json> {
     JSONField* const field = take(JSONField::Kind::array);
     if (field == nullptr) return false;
     if (isInProfile()) return enterRecords(contents_.arrayAt(field->key));
-    if (object_ != &contents_.mosaic || field->key != std::string_view("pattern")) return false;
+    if (object_ != &contents_.mosaic || field->key != "pattern") return false;
     bytes_ = field;
     bytes_->bytes.clear();
     bytes_->holdsOtherThanBytes = false;

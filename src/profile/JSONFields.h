@@ -41,7 +41,7 @@ struct JSONNumber {
 struct JSONField {
   enum class Kind { missing, null, boolean, number, text, array, object };
 
-  const char* key;
+  std::string_view key;
   Kind kind = Kind::missing;
   JSONNumber number = {};  ///< none for all other kinds
   std::string text = {};

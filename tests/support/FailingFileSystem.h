@@ -9,6 +9,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,9 @@ class FailingFileSystem final : public FileSystem {
   /// Makes clones as a file system with shared extents would; the real one below may be of another kind.
   void offerClones() { offersClones_ = true; }
 
+  /// Says that its files are in memory only, or that there is a medium, whatever the real one below is.
+  void keepInMemory(bool is) { isInMemory_ = is; }
+
   /// A write takes at most this many bytes.
   void writeAtMost(std::size_t bytes) { writeLimit_ = bytes; }
 
@@ -69,6 +73,8 @@ class FailingFileSystem final : public FileSystem {
   int reserve(int descriptor, std::int64_t length) override {
     return fails(Call::reserve, created_) ? -1 : FileSystem::reserve(descriptor, length);
   }
+
+  bool isInMemory(int descriptor) override { return isInMemory_.value_or(FileSystem::isInMemory(descriptor)); }
 
   ssize_t writeAt(int descriptor, std::int64_t offset, std::span<const std::byte> bytes) override {
     if (fails(Call::writeAt, created_)) return -1;
@@ -152,6 +158,7 @@ class FailingFileSystem final : public FileSystem {
   std::map<Call, Fault> faults_;
   std::map<Call, std::function<void(const std::filesystem::path&)>> before_;
   bool offersClones_ = false;
+  std::optional<bool> isInMemory_;
   std::size_t writeLimit_ = std::numeric_limits<std::size_t>::max();
   std::vector<Call> calls_;
   std::filesystem::path created_;

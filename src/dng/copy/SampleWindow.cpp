@@ -31,8 +31,7 @@ void SampleWindow::moveTo(const SliceRows& slice) {
   while (slots_.empty() || slots_.back().rows.last < end)
     loadSlotFrom(slots_.empty() ? slice.first : slots_.back().rows.last);
   const auto isCurrent = [&](const Slot& slot) { return slot.rows == slice; };
-  current_ = static_cast<std::size_t>(std::find_if(slots_.begin(), slots_.end(), isCurrent) - slots_.begin());
-  assert(current_ < slots_.size());
+  current_ = &*std::find_if(slots_.begin(), slots_.end(), isCurrent);  // one of them is
 }
 
 void SampleWindow::dropSlotsAbove(std::int64_t row) {
@@ -68,9 +67,7 @@ void SampleWindow::throwTruncated(const SlicePiece& piece, std::int64_t got) con
   throwSegmentTruncated(index);
 }
 
-const SampleWindow::Slot& SampleWindow::slotOf(std::int64_t y) const {
-  const Slot& current = slots_[current_];
-  if (y >= current.rows.first && y < current.rows.last) return current;
+const SampleWindow::Slot& SampleWindow::slotAround(std::int64_t y) const {
   const auto next =
       std::partition_point(slots_.begin(), slots_.end(), [&](const Slot& slot) { return slot.rows.last <= y; });
   assert(next != slots_.end() && next->rows.first <= y);
@@ -84,7 +81,7 @@ std::uint16_t SampleWindow::linear(std::uint16_t code) const {
 }
 
 void SampleWindow::replace(std::int64_t x, std::int64_t y, std::uint16_t sample) {
-  Slot& slot = slots_[current_];
+  Slot& slot = *current_;
   assert(y >= slot.rows.first && y < slot.rows.last);
   const std::uint16_t before = codeAt(x, y);
   const std::uint16_t code = inverse_ ? inverse_->code(sample, before) : sample;
@@ -95,7 +92,7 @@ void SampleWindow::replace(std::int64_t x, std::int64_t y, std::uint16_t sample)
 }
 
 std::span<const std::byte> SampleWindow::bytes(const SlicePiece& piece) const {
-  return std::span(slots_[current_].bytes)
+  return std::span(current_->bytes)
       .subspan(static_cast<std::size_t>(piece.place), static_cast<std::size_t>(piece.length));
 }
 

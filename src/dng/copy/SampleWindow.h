@@ -58,10 +58,11 @@ class SampleWindow {
   };
 
   [[nodiscard]] std::uint16_t codeAt(std::int64_t x, std::int64_t y) const {
-    const Slot& slot = slotOf(y);
+    const bool isInSlice = y >= current_->rows.first && y < current_->rows.last;
+    const Slot& slot = isInSlice ? *current_ : slotAround(y);
     return loadCode(format_, slot.bytes.data(), layout_.bitInSlice(x, y, slot.rows.first));
   }
-  [[nodiscard]] const Slot& slotOf(std::int64_t y) const;
+  [[nodiscard]] const Slot& slotAround(std::int64_t y) const;
   [[nodiscard]] std::uint16_t linear(std::uint16_t code) const;
   void dropSlotsAbove(std::int64_t row);
   void loadSlotFrom(std::int64_t row);
@@ -75,7 +76,7 @@ class SampleWindow {
   std::span<const std::uint16_t> table_;
   std::optional<InverseLinearization> inverse_;
   std::deque<Slot> slots_;                     // one below the other
-  std::size_t current_ = 0;                    // the slot of the slice
+  Slot* current_ = nullptr;                    // the slot of the slice
   std::vector<std::vector<std::byte>> spare_;  // memory of slots that were dropped
   std::vector<StoredPatch> patches_;
 };
