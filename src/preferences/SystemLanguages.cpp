@@ -31,9 +31,9 @@ std::string languageTag(std::string_view locale) {
   std::string tag(locale.substr(0, locale.find_first_of(".@")));
   std::ranges::replace(tag, '_', '-');
   const std::size_t length = std::min(tag.find('-'), tag.size());
-  const auto language = std::ranges::subrange(tag.begin(), tag.begin() + static_cast<std::ptrdiff_t>(length));
-  if (length < 2 || length > 3 || !std::ranges::all_of(language, isLetter)) return "";
-  std::ranges::transform(language, language.begin(), lowered);
+  const auto end = tag.begin() + static_cast<std::ptrdiff_t>(length);
+  if (length < 2 || length > 3 || !std::all_of(tag.begin(), end, isLetter)) return "";
+  std::transform(tag.begin(), end, tag.begin(), lowered);
   return tag;
 }
 
