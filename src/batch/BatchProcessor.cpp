@@ -77,4 +77,8 @@ BatchSummary BatchProcessor::processFiles(std::vector<std::filesystem::path> sou
   return implementation_->run(listedSources(std::move(sources)), std::move(order));
 }
 
+BatchSummary BatchProcessor::processSelection(SourceSelection selection, BatchOrder order) {
+  return implementation_->run(selectedSources(std::move(selection)), std::move(order));
+}
+
 }  // namespace tessaly

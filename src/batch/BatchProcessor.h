@@ -47,6 +47,9 @@ class BatchProcessor {
   /// the output folder. When not one of them exists that is a failure of the batch as a whole.
   BatchSummary processFiles(std::vector<std::filesystem::path> sources, BatchOrder order);
 
+  /// The same for what is chosen; the folder for the copies is the order's. Nothing is looked for in that folder.
+  BatchSummary processSelection(SourceSelection selection, BatchOrder order);
+
  private:
   struct Implementation;
   std::shared_ptr<Implementation> implementation_;  ///< shared with the thread of the run

@@ -1,6 +1,7 @@
 // What a batch is asked to do and what it reports.
 #pragma once
 
+#include "batch/SourceSelection.h"
 #include "platform/AbandonedFiles.h"
 #include "preferences/AppPreferences.h"
 #include "profile/CameraProfile.h"
@@ -17,6 +18,9 @@ namespace tessaly {
 struct BatchOptions {
   ExistingOutputPolicy existingOutputPolicy = ExistingOutputPolicy::skip;
   bool saveLog = true;
+  bool keepDates = false;      ///< a copy gets the modification time of its original
+  bool copySidecars = false;   ///< what lies beside an original under its name goes along
+  bool onlyRehearses = false;  ///< says by the metadata alone what would happen, and writes nothing
 };
 
 /// What the system refused, and where.
@@ -26,6 +30,14 @@ struct BatchObstacle {
   bool isDestination = false;   ///< the folder for the copies, not what is read
 
   bool operator==(const BatchObstacle&) const = default;
+};
+
+/// Something of the input that the counts do not tell of, and why.
+struct BatchOmission {
+  std::string filename;  ///< as text
+  std::string cause;     ///< English
+
+  bool operator==(const BatchOmission&) const = default;
 };
 
 /// The outcome of one file, for the log and for callers that report each file (the command line).
@@ -39,6 +51,8 @@ struct BatchFileOutcome {
   std::string message;                                   ///< of a failure, in the interface's language
   std::string technical;                                 ///< of a failure, the innermost error's English description
   std::optional<BatchObstacle> obstacle = std::nullopt;  ///< of a failure of the destination
+  std::filesystem::path output{};        ///< the copy, or of a skipped source the file that bears its name; else empty
+  std::vector<BatchOmission> lacking{};  ///< sidecars and dates that the copy, which stands, could not be given
 };
 
 /// A snapshot taken when one file has finished.
@@ -66,7 +80,8 @@ struct BatchOrder {
   std::int64_t workers = 1;  ///< clamped to 1…4
   BatchOptions options{};
   BatchProgressHandler progress{};
-  BatchFileHandler file{};  ///< called before `progress`
+  BatchFileHandler file{};                    ///< called before `progress`
+  std::optional<Shard> shard = std::nullopt;  ///< only this part of the sources
 };
 
 struct BatchFailure {
@@ -75,14 +90,6 @@ struct BatchFailure {
   std::optional<BatchObstacle> obstacle = std::nullopt;  ///< of the batch as a whole, and of the destination
 
   bool operator==(const BatchFailure&) const = default;
-};
-
-/// A file of the input folder that the counts do not tell of.
-struct BatchOmission {
-  std::string filename;  ///< as text
-  std::string cause;     ///< English
-
-  bool operator==(const BatchOmission&) const = default;
 };
 
 struct BatchSummary {

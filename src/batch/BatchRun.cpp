@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -31,7 +32,7 @@ bool writesWhereItReads(const BatchSources& sources, const std::filesystem::path
 
 void writeLog(const BatchOrder& order, const BatchState& state, BatchSummary& summary) {
   try {
-    summary.logURL = RepairLog::write(state.rows(), order.outputFolder, currentTimestamp());
+    summary.logURL = RepairLog::write(state.rows(), order.outputFolder, currentTimestamp(), order.shard);
   } catch (const std::exception& error) {
     summary.logError = exceptionMessage(error);
   }
@@ -45,25 +46,49 @@ std::vector<BatchOmission> omissions(const std::vector<UnexaminedEntry>& entries
   return omitted;
 }
 
-BatchSummary repairSources(const Paths& sources, const BatchOrder& order, const BatchProcessor::RepairFunction& repair,
-                           const CancelFlag& cancelled) {
+/// The folders that get copies, each once.
+std::set<std::filesystem::path> foldersOfCopies(const SourceListing& listing, const BatchOrder& order) {
+  std::set<std::filesystem::path> folders{order.outputFolder};
+  for (const std::filesystem::path& subfolder : listing.subfolders) {
+    if (!subfolder.empty()) folders.insert(order.outputFolder / subfolder);
+  }
+  return folders;
+}
+
+// A subfolder that is not there yet has nothing in it; the first copy makes it.
+void prepareFolders(const SourceListing& listing, const BatchOrder& order, BatchSummary& summary) {
   atDestination(order.outputFolder, [&] { std::filesystem::create_directories(order.outputFolder); });
+  for (const std::filesystem::path& folder : foldersOfCopies(listing, order)) {
+    const std::vector<LeftFile> left = removeAbandonedFiles(folder);
+    summary.leftFiles.insert(summary.leftFiles.end(), left.begin(), left.end());
+  }
+}
+
+BatchSummary repairSources(const SourceListing& sources, const BatchOrder& order,
+                           const BatchProcessor::RepairFunction& repair, const CancelFlag& cancelled) {
   BatchSummary summary;
-  summary.leftFiles = removeAbandonedFiles(order.outputFolder);
-  BatchState state(sources.size());
+  if (!order.options.onlyRehearses) prepareFolders(sources, order, summary);
+  BatchState state(sources.files.size());
   summary.unaccounted = FileLoop(order, repair, cancelled, state).run(sources);
   state.report(summary);
-  if (order.options.saveLog) writeLog(order, state, summary);
+  if (order.options.saveLog && !order.options.onlyRehearses) writeLog(order, state, summary);
   summary.cancelled = cancelled.isSet();
   return summary;
+}
+
+DNGWriteResult rehearse(const std::filesystem::path& source, const std::filesystem::path& destination,
+                        const CameraProfile& profile, RepairWorkspace&) {
+  DNGWriter::requireRepairable(source, profile);
+  return {destination, {}, 0};
 }
 
 BatchSummary runOrThrow(const BatchSources& sources, const BatchOrder& order,
                         const BatchProcessor::RepairFunction& repair, const CancelFlag& cancelled) {
   if (writesWhereItReads(sources, order.outputFolder)) return failureOfBatch(sameFolders);
   const SourceListing listing = sources.list();
-  BatchSummary summary =
-      listing.files.empty() ? failureOfBatch(noSources) : repairSources(listing.files, order, repair, cancelled);
+  const SourceListing own = order.shard ? shardOf(listing, *order.shard) : listing;
+  const BatchProcessor::RepairFunction& used = order.options.onlyRehearses ? rehearse : repair;
+  BatchSummary summary = listing.files.empty() ? failureOfBatch(noSources) : repairSources(own, order, used, cancelled);
   summary.unexamined = omissions(listing.unexamined);
   return summary;
 }
@@ -102,7 +127,22 @@ BatchSources listedSources(std::vector<std::filesystem::path> files) {
   }
   sources.list = [files = std::move(files)] {
     requireOneToExist(files);
-    return SourceListing{files, {}};
+    return SourceListing{files, {}, {}};
+  };
+  return sources;
+}
+
+BatchSources selectedSources(SourceSelection selection) {
+  BatchSources sources;
+  for (const std::filesystem::path& source : selection.sources) {
+    std::error_code error;
+    const std::filesystem::path place = standardized(source);
+    sources.folders.push_back(std::filesystem::is_directory(place, error) ? place : place.parent_path());
+  }
+  sources.list = [selection = std::move(selection)] {
+    SourceListing listing = listSelection(selection);
+    requireOneToExist(listing.files);
+    return listing;
   };
   return sources;
 }

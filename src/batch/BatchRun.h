@@ -40,6 +40,9 @@ struct BatchSources {
 /// Exactly these files. Listing them fails only when not one of them exists.
 [[nodiscard]] BatchSources listedSources(std::vector<std::filesystem::path> files);
 
+/// What is chosen, listed when the run comes to it.
+[[nodiscard]] BatchSources selectedSources(SourceSelection selection);
+
 /// Calls a caller's handler, if there is one. What it throws must neither stop a run nor end the program.
 template <typename Handler, typename Argument>
 void callContained(const Handler& handler, const Argument& argument) {

@@ -1,5 +1,6 @@
 #include "batch/FileLoop.h"
 
+#include "batch/CopyCompanions.h"
 #include "batch/OutputNameAllocator.h"
 #include "dng/DNGError.h"
 #include "localization/Localization.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -33,6 +35,18 @@ std::vector<std::string> namesIn(const std::filesystem::path& folder) {
   return names;
 }
 
+/// Hands out the names in each folder that gets copies.
+class NamesOfFolders {
+ public:
+  OutputNameAllocator& in(const std::filesystem::path& folder) {
+    const auto known = allocators_.find(folder);
+    return known != allocators_.end() ? known->second : allocators_.try_emplace(folder, namesIn(folder)).first->second;
+  }
+
+ private:
+  std::map<std::filesystem::path, OutputNameAllocator> allocators_;
+};
+
 // Links are not followed: a dangling one bears the name too.
 bool isTaken(const std::filesystem::path& path) {
   std::error_code ignored;
@@ -47,14 +61,6 @@ BatchFileOutcome successOutcome(const std::filesystem::path& source, std::int64_
   BatchFileOutcome outcome;
   outcome.source = source;
   outcome.repairedSamples = repairedSamples;
-  return outcome;
-}
-
-BatchFileOutcome skippedOutcome(const std::filesystem::path& source) {
-  BatchFileOutcome outcome;
-  outcome.source = source;
-  outcome.status = BatchFileOutcome::Status::skipped;
-  outcome.details = "Output file already exists";
   return outcome;
 }
 
@@ -83,23 +89,29 @@ DNGError errorOf(const std::exception_ptr& failure, const std::filesystem::path&
 
 }  // namespace
 
-std::vector<BatchOmission> FileLoop::run(const std::vector<std::filesystem::path>& sources) {
-  sources_ = &sources;
-  attempts_ = std::vector<Attempt>(sources.size());
-  workspaces_ = std::vector<RepairWorkspace>(std::min(clampedWorkers(order_.workers), sources.size()));
+std::vector<BatchOmission> FileLoop::run(const SourceListing& sources) {
+  listing_ = &sources;
+  sources_ = &sources.files;
+  attempts_ = std::vector<Attempt>(sources_->size());
+  workspaces_ = std::vector<RepairWorkspace>(std::min(clampedWorkers(order_.workers), sources_->size()));
   if (workspaces_.size() == 1) workspaces_.front().verification = Verification::behindTheWriter;
-  submitAll();
+  if (!sources_->empty()) submitAll();
   return makeUpForWhatIsOwed();
+}
+
+std::filesystem::path FileLoop::folderOfCopy(std::size_t number) const {
+  const std::filesystem::path subfolder = listing_->subfolderOf(number);
+  return subfolder.empty() ? order_.outputFolder : order_.outputFolder / subfolder;
 }
 
 // Names are handed out here, on one thread and in order, so that they do not depend on which worker is faster.
 void FileLoop::submitAll() {
-  OutputNameAllocator names(namesIn(order_.outputFolder));
+  NamesOfFolders names;
   WorkQueue queue("Tessaly DNG Batch", workspaces_.size());
   for (std::size_t number = 0; number < sources_->size() && !cancelled_.isSet(); ++number) {
     try {
       std::optional<std::string> name =
-          names.allocate((*sources_)[number].filename(), order_.options.existingOutputPolicy);
+          names.in(folderOfCopy(number)).allocate((*sources_)[number].filename(), order_.options.existingOutputPolicy);
       queue.submit([this, number, name = std::move(name)](std::size_t worker) { process(number, name, worker); });
     } catch (...) {
       attempts_[number].failure = std::current_exception();
@@ -128,13 +140,13 @@ void FileLoop::finish(std::size_t number, const BatchFileOutcome& outcome) {
 BatchFileOutcome FileLoop::outcomeOf(std::size_t number, const std::optional<std::string>& name, std::size_t worker) {
   const std::filesystem::path& source = (*sources_)[number];
   const bool skips = order_.options.existingOutputPolicy == ExistingOutputPolicy::skip;
-  if (!name || (skips && isTaken(order_.outputFolder / *name))) return skippedOutcome(source);
+  if (!name || (skips && isTaken(folderOfCopy(number) / *name))) return skipped(number);
   try {
-    return repaired(number, order_.outputFolder / *name, worker);
+    return repaired(number, folderOfCopy(number) / *name, worker);
   } catch (...) {
     if (attempts_[number].repairedSamples) throw;  // the copy stands: its outcome is no failure
     const DNGError error = errorOf(std::current_exception(), source);
-    return skips && saysThatTheNameIsTaken(error) ? skippedOutcome(source) : failedOutcome(source, error);
+    return skips && saysThatTheNameIsTaken(error) ? skipped(number) : failedOutcome(source, error);
   }
 }
 
@@ -142,7 +154,21 @@ BatchFileOutcome FileLoop::repaired(std::size_t number, const std::filesystem::p
   const std::filesystem::path& source = (*sources_)[number];
   const DNGWriteResult result = repair_(source, destination, order_.profile, workspaces_[worker]);
   attempts_[number].repairedSamples = result.report.changedSamples;
-  return successOutcome(source, result.report.changedSamples);
+  BatchFileOutcome outcome = successOutcome(source, result.report.changedSamples);
+  outcome.output = destination;
+  if (!order_.options.onlyRehearses) outcome.lacking = addCompanions(source, destination, order_.options);
+  return outcome;
+}
+
+// The file that stands there may be spelled in other letter case; then it is not known by this name.
+BatchFileOutcome FileLoop::skipped(std::size_t number) const {
+  BatchFileOutcome outcome;
+  outcome.source = (*sources_)[number];
+  outcome.status = BatchFileOutcome::Status::skipped;
+  outcome.details = "Output file already exists";
+  const std::filesystem::path standing = folderOfCopy(number) / outcome.source.filename();
+  if (isTaken(standing)) outcome.output = standing;
+  return outcome;
 }
 
 bool FileLoop::isOwed(std::size_t number) const {

@@ -22,7 +22,7 @@ class FileLoop {
 
   /// Returns when every source that was begun has its outcome in the state, as far as there is memory for it. Gives
   /// the sources without one, unless they were dropped because the run was stopped.
-  [[nodiscard]] std::vector<BatchOmission> run(const std::vector<std::filesystem::path>& sources);
+  [[nodiscard]] std::vector<BatchOmission> run(const SourceListing& sources);
 
  private:
   /// How far one source has come, kept where writing it down needs no memory.
@@ -37,6 +37,8 @@ class FileLoop {
   void finish(std::size_t number, const BatchFileOutcome& outcome);
   [[nodiscard]] BatchFileOutcome outcomeOf(std::size_t number, const std::optional<std::string>& name,
                                            std::size_t worker);
+  [[nodiscard]] std::filesystem::path folderOfCopy(std::size_t number) const;
+  [[nodiscard]] BatchFileOutcome skipped(std::size_t number) const;
   [[nodiscard]] BatchFileOutcome repaired(std::size_t number, const std::filesystem::path& destination,
                                           std::size_t worker);
   [[nodiscard]] bool isOwed(std::size_t number) const;
@@ -46,9 +48,10 @@ class FileLoop {
   const BatchProcessor::RepairFunction& repair_;
   const CancelFlag& cancelled_;
   BatchState& state_;
-  const std::vector<std::filesystem::path>* sources_ = nullptr;
-  std::vector<Attempt> attempts_;            ///< one a source
-  std::vector<RepairWorkspace> workspaces_;  ///< one a worker, kept from file to file
+  const SourceListing* listing_ = nullptr;
+  const std::vector<std::filesystem::path>* sources_ = nullptr;  ///< its files
+  std::vector<Attempt> attempts_;                                ///< one a source
+  std::vector<RepairWorkspace> workspaces_;                      ///< one a worker, kept from file to file
 };
 
 }  // namespace tessaly

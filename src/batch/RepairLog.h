@@ -5,6 +5,7 @@
 #include "platform/Timestamp.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,11 +18,15 @@ inline constexpr std::string_view header = "File,Status,Repaired Samples,Details
 /// details quoted.
 [[nodiscard]] std::string row(const BatchFileOutcome& outcome);
 
-/// "Repair Log-2026-11-15T20-23-12Z.csv".
-[[nodiscard]] std::string fileName(Timestamp time);
+/// "Repair Log-2026-11-15T20-23-12Z.csv", or "Repair Log-2026-11-15T20-23-12Z 2 of 4.csv" of a shard.
+[[nodiscard]] std::string fileName(Timestamp time, const std::optional<Shard>& shard = std::nullopt);
 
 /// Writes the rows, the header line included, into the folder and returns the log's location. Atomic; replaces a log
 /// of the same second, and a link that bears its name, never what that leads to. Throws std::system_error.
-std::filesystem::path write(const std::vector<std::string>& rows, const std::filesystem::path& folder, Timestamp time);
+std::filesystem::path write(const std::vector<std::string>& rows, const std::filesystem::path& folder, Timestamp time,
+                            const std::optional<Shard>& shard = std::nullopt);
+
+/// The word for it in the log: "Success", "Failed" or "Skipped".
+[[nodiscard]] std::string_view word(BatchFileOutcome::Status status);
 
 }  // namespace tessaly::RepairLog

@@ -1,6 +1,7 @@
 // The one rule for "is this a candidate source file", shared by batch, calibration tab, counts and command line.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <system_error>
 #include <vector>
@@ -19,6 +20,13 @@ struct UnexaminedEntry {
 struct SourceListing {
   std::vector<std::filesystem::path> files;
   std::vector<UnexaminedEntry> unexamined;  ///< by their bytes
+
+  /// Where below the output folder the copy of each file goes; empty when all go into the output folder itself.
+  std::vector<std::filesystem::path> subfolders{};
+
+  [[nodiscard]] std::filesystem::path subfolderOf(std::size_t number) const {
+    return subfolders.empty() ? std::filesystem::path() : subfolders[number];
+  }
 };
 
 /// The candidate source files of a folder, as sourceFiles() gives them, and the entries that may be some.

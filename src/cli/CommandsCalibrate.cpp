@@ -43,11 +43,12 @@ struct CalibrateOptions {
   std::string profile;
   bool save = false;
   bool secondOpinion = false;
+  bool json = false;
   std::string pixelConfidence = "98";
   std::string include = "preselected";
 
   [[nodiscard]] bool makesProfile() const { return save || !profile.empty(); }
-  [[nodiscard]] std::vector<fs::path> outputs() const { return {result, preview, profile}; }
+  [[nodiscard]] std::vector<fs::path> outputs() const { return {result, preview, profile, json ? "-" : ""}; }
 };
 
 double pixelConfidence(const CalibrateOptions& options) {
@@ -133,7 +134,9 @@ void makeProfile(const CalibrateOptions& options, const CalibrationResult& resul
 /// The result of the analysis stands on its own: it is written before anything that can still fail.
 void finish(const CalibrateOptions& options, const CalibrationResult& result, double threshold) {
   const std::set<UUID> included = includedCandidates(options, result, threshold);
-  if (!options.result.empty()) OutputFiles::write(options.result, toJSON(result, included).dump(2) + "\n");
+  for (const std::string& output : {options.result, std::string(options.json ? "-" : "")}) {
+    if (!output.empty()) OutputFiles::write(output, toJSON(result, included).dump(2) + "\n");
+  }
   writePreview(options, result);
   makeProfile(options, result, included);
   OutputFiles::say(CalibrationTexts::completion(result, threshold), options.outputs());
@@ -174,6 +177,7 @@ void addCalibrate(Program& program) {
       .oneOf({"preselected", "all", "none"});
   command.addFlag("--second-opinion", options->secondOpinion,
                   "Also look for soft shadows, weak columns and unsteady pixels; told in --result, never included");
+  command.addFlag("--json", options->json, "Print what --result writes, and nothing else");
   setAction(program, command, options, calibrate);
 }
 

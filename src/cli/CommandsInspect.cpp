@@ -11,6 +11,7 @@ namespace {
 
 struct InspectOptions {
   std::string file;
+  bool json = false;
 };
 
 ExitStatus inspect(const InspectOptions& options, const Context&) {
@@ -26,6 +27,7 @@ void addInspect(Program& program) {
   auto options = std::make_shared<InspectOptions>();
   Command command = addCommand(program, "inspect", "Print what is known about a DNG file, as JSON");
   command.addOperand("FILE", options->file, "A DNG file; only its metadata is read");
+  command.addFlag("--json", options->json, "One JSON object, as without it");
   setAction(program, command, options, inspect);
 }
 

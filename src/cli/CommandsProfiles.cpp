@@ -12,19 +12,25 @@
 #include "store/ProfileStore.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace tessaly::cli {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct NoOptions {};
+struct ListOptions {
+  bool json = false;
+};
 
 struct ProfileOptions {
   std::string profile;
   std::string file;
+  bool json = false;
 };
 
 /// What is done to a profile file or to the store, failing with the name of it.
@@ -43,10 +49,26 @@ std::string listLine(const CameraProfile& profile) {
                      profile.pixels.size(), profile.lines.size(), profile.spots ? profile.spots->size() : 0);
 }
 
-ExitStatus list(const NoOptions&, const Context&) {
+nlohmann::ordered_json listJSON(const std::vector<CameraProfile>& profiles) {
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const CameraProfile& profile : profiles) {
+    nlohmann::ordered_json entry{
+        {"id", profile.id.text()}, {"name", profile.name}, {"cameraModel", profile.cameraModel}};
+    if (profile.cameraSerial) entry["cameraSerial"] = *profile.cameraSerial;
+    entry["pixels"] = profile.pixels.size();
+    entry["lines"] = profile.lines.size();
+    entry["spots"] = profile.spots ? profile.spots->size() : 0;
+    list.push_back(std::move(entry));
+  }
+  return {{"profiles", std::move(list)}};
+}
+
+ExitStatus list(const ListOptions& options, const Context&) {
+  const std::vector<CameraProfile> profiles = attempt(ProfileStore::directory(), ProfileStore::loadAll);
   std::string lines;
-  for (const CameraProfile& profile : attempt(ProfileStore::directory(), ProfileStore::loadAll))
+  for (const CameraProfile& profile : profiles)
     lines += listLine(profile);
+  if (options.json) lines = listJSON(profiles).dump(2) + "\n";
   Console::write(lines);
   return ExitStatus::done;
 }
@@ -133,6 +155,7 @@ void addSubcommand(Program& program, Command parent, const Subcommand& subcomman
   Command command = addCommand(program, parent, subcommand.name, subcommand.description);
   if (subcommand.profile) command.addOperand("P", options->profile, subcommand.profile);
   if (subcommand.file) command.addOperand("FILE", options->file, subcommand.file);
+  if (subcommand.run == show) command.addFlag("--json", options->json, "One JSON object, as without it");
   setAction(program, command, options, subcommand.run);
 }
 
@@ -141,10 +164,12 @@ void addSubcommand(Program& program, Command parent, const Subcommand& subcomman
 void addProfiles(Program& program) {
   Command profiles = addCommand(program, "profiles", "The stored camera profiles");
   profiles.requireCommand();
-  const Command listing =
+  Command listing =
       addCommand(program, profiles, "list",
                  "Print a line a profile: id, name, camera model, serial, numbers of pixels, columns and spots");
-  setAction(program, listing, std::make_shared<NoOptions>(), list);
+  auto listOptions = std::make_shared<ListOptions>();
+  listing.addFlag("--json", listOptions->json, "Print them as one JSON object");
+  setAction(program, listing, listOptions, list);
   for (const Subcommand& subcommand : subcommands)
     addSubcommand(program, profiles, subcommand);
 }

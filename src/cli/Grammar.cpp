@@ -24,6 +24,25 @@ std::string reasonFor(const CLI::App& app, const CLI::ParseError& error) {
   return error.what();
 }
 
+bool isShown(const CLI::Option& option) {
+  return !option.get_group().empty();
+}
+
+ArgumentDescription describe(const CLI::Option& option) {
+  const std::string name = option.get_positional() ? option.get_name(true) : option.get_name(false, true);
+  const std::string placeholder = option.get_expected_max() > 0 ? option.get_type_name() : "";
+  return {name, placeholder, option.get_description(), option.get_required(), option.get_expected_max() > 1};
+}
+
+CommandDescription describe(const CLI::App& app) {
+  CommandDescription command{app.get_name(), app.get_description(), {}, {}, {}};
+  for (const CLI::Option* option : app.get_options())
+    if (isShown(*option)) (option->get_positional() ? command.operands : command.options).push_back(describe(*option));
+  for (const CLI::App* below : app.get_subcommands([](const CLI::App*) { return true; }))
+    command.commands.push_back(describe(*below));
+  return command;
+}
+
 }  // namespace
 
 Argument& Argument::require() {
@@ -38,6 +57,16 @@ Argument& Argument::canBeLeftOut() {
 
 Argument& Argument::oneOf(const std::vector<std::string>& values) {
   option_->check(CLI::IsMember(values).description(""));
+  return *this;
+}
+
+Argument& Argument::replaces(const Argument& other) {
+  option_->each([replaced = other.option_](const std::string&) { replaced->required(false); });
+  return *this;
+}
+
+Argument& Argument::hide() {
+  option_->group("");
   return *this;
 }
 
@@ -90,6 +119,10 @@ std::optional<Command> Command::find(const std::string& name) const {
 bool Command::takesNext(const std::string& word) const {
   const CLI::Option* option = word.starts_with("-") ? app_->get_option_no_throw(word) : nullptr;
   return option && option->get_expected_max() > 0;
+}
+
+CommandDescription Command::describe() const {
+  return cli::describe(*app_);
 }
 
 std::string Command::help(const std::string& called) const {

@@ -27,8 +27,32 @@ class Argument {
   /// Takes no other value than these.
   Argument& oneOf(const std::vector<std::string>& values);
 
+  /// Where this one is given the other can be left out.
+  Argument& replaces(const Argument& other);
+
+  /// Neither the help nor a manual page tells of it.
+  Argument& hide();
+
  private:
   CLI::Option* option_;
+};
+
+/// What the help says of an operand, an option or a flag.
+struct ArgumentDescription {
+  std::string name;         ///< "SOURCE", "--output" or "-q,--quiet"
+  std::string placeholder;  ///< of an option's value: "FOLDER", or "skip|numberedCopy" where nothing else is taken
+  std::string description;
+  bool isRequired = false;
+  bool takesMany = false;
+};
+
+/// What the help says of a command, with the commands below it.
+struct CommandDescription {
+  std::string name;
+  std::string description;
+  std::vector<ArgumentDescription> operands;
+  std::vector<ArgumentDescription> options;
+  std::vector<CommandDescription> commands;
 };
 
 /// A command, or the program itself. A handle: copies mean the same one, which lives as long as its grammar.
@@ -60,6 +84,9 @@ class Command {
 
   /// Whether the word is an option of this command whose value is the next word.
   [[nodiscard]] bool takesNext(const std::string& word) const;
+
+  /// The one source of completions and manual pages; nothing hidden is in it.
+  [[nodiscard]] CommandDescription describe() const;
 
   /// What --help prints after `called`.
   [[nodiscard]] std::string help(const std::string& called) const;

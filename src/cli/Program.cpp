@@ -18,13 +18,13 @@ bool isBracketed(const std::string& word) {
   return word.size() >= 2 && word.front() == '[' && word.back() == ']';
 }
 
-/// CLI11 takes "[a,b]" among the values of a list for a list itself; "./[a,b]" is the same folder. Only the frames of
-/// the calibration are a list.
+/// CLI11 takes "[a,b]" among the values of a list for a list itself; "./[a,b]" is the same folder. Frames of the
+/// calibration and what is repaired are lists.
 void protectBrackets(const Command& program, std::vector<std::string>& words) {
-  const auto calibrate = program.find("calibrate");
-  auto word = std::ranges::find(words, "calibrate");
-  for (; calibrate && word != words.end(); ++word) {
-    if (isBracketed(*word) && !calibrate->takesNext(*std::prev(word))) word->insert(0, "./");
+  auto word = std::ranges::find_if(words, [](const auto& each) { return each == "calibrate" || each == "repair"; });
+  const auto command = word == words.end() ? std::nullopt : program.find(*word);
+  for (; command && word != words.end(); ++word) {
+    if (isBracketed(*word) && !command->takesNext(*std::prev(word))) word->insert(0, "./");
   }
 }
 

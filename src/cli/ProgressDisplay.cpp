@@ -6,11 +6,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 namespace tessaly::cli {
 namespace {
 
 constexpr std::int64_t barCells = 24;
+constexpr std::int64_t fewestCells = 4;
+constexpr double shortestPace = 1;  ///< seconds that tell how fast the work goes
 constexpr std::string_view clearLine = "\r\x1b[K";
 
 bool continuesCharacter(char byte) {
@@ -29,27 +33,67 @@ std::string_view fitted(std::string_view text, std::size_t columns) {
   return text;
 }
 
-std::string barText(std::int64_t completed, std::int64_t total, std::string_view text) {
-  const std::int64_t filled =
-      std::clamp<std::int64_t>(completed, 0, total) * barCells / std::max<std::int64_t>(total, 1);
-  const std::string bar = fmt::format("[{:#<{}}{:.<{}}] {}/{}  ", "", filled, "", barCells - filled, completed, total);
-  const std::size_t columns = Console::terminalWidth();
-  const std::size_t room = columns > bar.size() + 1 ? columns - bar.size() - 1 : 0;
-  return bar + std::string(fitted(text, room));
+std::string clockText(std::int64_t seconds) {
+  const std::int64_t minutes = seconds / 60;
+  if (minutes < 60) return fmt::format("{}:{:02}", minutes, seconds % 60);
+  return fmt::format("{}:{:02}:{:02}", minutes / 60, minutes % 60, seconds % 60);
+}
+
+std::string paceText(const std::optional<Pace>& pace) {
+  return pace ? fmt::format(" {:.1f}/s {}", pace->perSecond, clockText(pace->secondsLeft)) : "";
+}
+
+std::string barText(std::int64_t completed, std::int64_t total, std::int64_t cells) {
+  const std::int64_t filled = std::clamp<std::int64_t>(completed, 0, total) * cells / std::max<std::int64_t>(total, 1);
+  return fmt::format("[{:#<{}}{:.<{}}] ", "", filled, "", cells - filled);
+}
+
+/// A terminal that obeys nothing but characters cannot take a line back.
+bool takesLinesBack() {
+  const char* kind = std::getenv("TERM");
+  return !kind || std::string_view(kind) != "dumb";
 }
 
 }  // namespace
 
-ProgressDisplay::ProgressDisplay() : isTerminal_(Console::isTerminal()) {}
+std::string progressText(std::int64_t completed, std::int64_t total, const std::optional<Pace>& pace,
+                         std::string_view text, std::size_t columns) {
+  constexpr std::size_t frame = 4;  // the bar's brackets, the blank behind them and the last column, which stays free
+  const std::string counts = fmt::format("{}/{}{}", completed, total, paceText(pace));
+  const std::size_t room = columns > counts.size() + frame ? columns - counts.size() - frame : 0;
+  const std::int64_t cells = std::min(barCells, static_cast<std::int64_t>(room));
+  const std::string line = (cells >= fewestCells ? barText(completed, total, cells) : "") + counts;
+  if (line.size() + 1 > columns) return std::string(fitted(line, columns - 1));
+  return line + std::string(fitted("  " + std::string(text), columns - 1 - line.size()));
+}
+
+ProgressDisplay::ProgressDisplay()
+    : isTerminal_(Console::isTerminal()),
+      redraws_(isTerminal_ && takesLinesBack()),
+      start_(std::chrono::steady_clock::now()) {}
 
 ProgressDisplay::~ProgressDisplay() {
+  clear();
+}
+
+void ProgressDisplay::clear() {
+  const std::lock_guard guard(lock_);
   if (!bar_.empty()) Console::draw(clearLine);
+  bar_.clear();
+}
+
+std::optional<Pace> ProgressDisplay::pace(std::int64_t completed, std::int64_t total) const {
+  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+  if (completed <= 0 || seconds < shortestPace) return std::nullopt;
+  const double perSecond = static_cast<double>(completed) / seconds;
+  const double left = static_cast<double>(std::max<std::int64_t>(total - completed, 0)) / perSecond;
+  return Pace{perSecond, static_cast<std::int64_t>(std::ceil(left))};
 }
 
 void ProgressDisplay::show(std::int64_t completed, std::int64_t total, std::string_view text) {
-  if (!isTerminal_) return;
+  if (!redraws_) return;
   const std::lock_guard guard(lock_);
-  bar_ = barText(completed, total, visibleText(text));
+  bar_ = progressText(completed, total, pace(completed, total), visibleText(text), Console::terminalWidth());
   Console::draw(std::string(clearLine) + bar_);
 }
 

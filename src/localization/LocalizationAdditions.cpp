@@ -216,6 +216,13 @@ constexpr Entry additionTable[] = {
     {"Unsteady: %.1f times the usual noise (%.1fσ)",
      "不稳定：噪声为通常的 %.1f 倍（%.1fσ）",
      "Instable : %.1f fois le bruit habituel (%.1fσ)"},
+    // What a rehearsal of a batch says.
+    {"Fits: %@", "适用：%@", "Convient : %@"},
+    {"Skipped: %@", "已跳过：%@", "Ignoré : %@"},
+    {"Refused: %@", "已拒绝：%@", "Refusé : %@"},
+    {"Nothing was written: %d fit, %d skipped, %d refused",
+     "未写入任何内容：%d 个适用，%d 个跳过，%d 个拒绝",
+     "Rien n’a été écrit : %d conviennent, %d ignorés, %d refusés"},
 };
 // clang-format on
 

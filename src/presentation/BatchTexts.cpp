@@ -185,6 +185,23 @@ std::string leftFile(const LeftFile& file) {
   return LF("Unfinished copy left in place: %@ (%@)", {displayText(file.file.native()), L(reasonOf(file.reason))});
 }
 
+std::string rehearsed(const BatchFileOutcome& outcome) {
+  switch (outcome.status) {
+    case BatchFileOutcome::Status::success:
+      return LF("Fits: %@", {displayText(outcome.source.native())});
+    case BatchFileOutcome::Status::skipped:
+      return LF("Skipped: %@", {displayText(outcome.source.native())});
+    case BatchFileOutcome::Status::failed:
+      break;
+  }
+  return LF("Refused: %@", {outcome.message});
+}
+
+std::string rehearsalLine(const BatchSummary& summary) {
+  return LF("Nothing was written: %d fit, %d skipped, %d refused",
+            {summary.succeeded, summary.skipped, summary.failed});
+}
+
 std::string filesLeft(const BatchSummary& summary) {
   const std::int64_t left = summary.total - summary.succeeded - summary.failed - summary.skipped;
   if (!summary.cancelled || left <= 0) return "";

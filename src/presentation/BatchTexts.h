@@ -45,6 +45,12 @@ namespace tessaly::BatchTexts {
 /// Of a temporary file that an earlier run has left, and why it stays.
 [[nodiscard]] std::string leftFile(const LeftFile& file);
 
+/// What a rehearsal says of one file: that it fits, is skipped, or why it is refused.
+[[nodiscard]] std::string rehearsed(const BatchFileOutcome& outcome);
+
+/// How many files of a rehearsal would be repaired, skipped and refused.
+[[nodiscard]] std::string rehearsalLine(const BatchSummary& summary);
+
 /// How many files a stopped batch has not come to; empty when there are none.
 [[nodiscard]] std::string filesLeft(const BatchSummary& summary);
 

@@ -97,6 +97,14 @@ DNGWriteResult repairOpenSource(const RepairTask& task, RepairWorkspace& workspa
 
 }  // namespace
 
+void DNGWriter::requireRepairable(const std::filesystem::path& source, const CameraProfile& profile) {
+  try {
+    tessaly::requireRepairable(DNGReader::readMetadata(source), profile);
+  } catch (const std::exception& error) {
+    throw DNGError::contextualize(error, source);
+  }
+}
+
 // The source is opened once: its metadata, its samples and the bytes of its copy come from the same file even when
 // another takes its name meanwhile.
 DNGWriteResult DNGWriter::repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,

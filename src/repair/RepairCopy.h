@@ -37,6 +37,9 @@ struct RepairWorkspace {
 
 namespace DNGWriter {
 
+/// Throws what repairCopy() throws for a file that its metadata refuses; no sample is read.
+void requireRepairable(const std::filesystem::path& source, const CameraProfile& profile);
+
 /// Writes the repaired copy of `source`. Every failure leaves as DNGError::Case::file, with the name of the source (or
 /// with that of the temporary file when the copy cannot be read back).
 DNGWriteResult repairCopy(const std::filesystem::path& source, const std::filesystem::path& destination,

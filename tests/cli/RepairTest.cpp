@@ -379,6 +379,7 @@ TEST_F(RepairTest, ShowsABarOnATerminalAndTheLinesOfFailures) {
   ASSERT_EQ(grantpt(terminal), 0);
   ASSERT_EQ(unlockpt(terminal), 0);
   const std::string name = ptsname(terminal);
+  environment["TERM"] = "xterm";
   const int kept = open(name.c_str(), O_RDWR | O_NOCTTY);  // so that what was written can be read after the program
   const ProgramResult result = run({"repair", "photos", "--profile", "p.json", "--workers", "1", "--no-log"},
                                    [&name] { dup2(open(name.c_str(), O_RDWR | O_NOCTTY), STDERR_FILENO); });
