@@ -1,24 +1,73 @@
 #!/usr/bin/env bash
-# check-package.sh BUILD_FOLDER: makes the Debian package of a release build and looks at what a user would get: every
-# file in its place, the command line runs from there, the desktop entry is well-formed.
+# check-package.sh BUILD_FOLDER: makes the Debian packages of a release build and looks at what a user would get: every
+# file in its place, the command line runs from there, manual pages and the entries for desktop and software centres are
+# well-formed, lintian finds no error.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source tools/setup.sh
 build=$(realpath "$1")
-unpacked=$build/unpacked
 
-rm -rf "$unpacked" "$build"/tessaly_*.deb
+SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+export SOURCE_DATE_EPOCH
+
+# expected_files PACKAGE: what it must contain, one a line.
+expected_files() {
+  local share=usr/share
+  printf '%s\n' "usr/bin/$1" "$share/man/man1/$1.1.gz" "$share/doc/$1/"{changelog.gz,copyright}
+  case $1 in
+    tessaly-cli)
+      printf '%s\n' "$share/doc/$1/"{README,recipes}.md "$share/bash-completion/completions/tessaly-cli" \
+        "$share/zsh/vendor-completions/_tessaly-cli" "$share/fish/vendor_completions.d/tessaly-cli.fish"
+      (cd docs && printf "$share/doc/$1/%s\n" schemas/*.json)
+      ;;
+    tessaly)
+      printf '%s\n' "$share/applications/tessaly.desktop" "$share/metainfo/example.tessaly.tessaly.metainfo.xml" \
+        "$share/icons/hicolor/scalable/apps/tessaly.svg"
+      printf "$share/icons/hicolor/%sx%s/apps/tessaly.png\n" {16,24,32,48,64,128,256,512}{,}
+      ;;
+  esac | sort
+}
+
+# The icons have the sizes that their folders promise.
+check_icons() {
+  local size
+  for size in 16 24 32 48 64 128 256 512; do
+    file "$1/usr/share/icons/hicolor/${size}x$size/apps/tessaly.png" | grep -q " $size x $size,"
+  done
+}
+
+# A page that man would complain about is none; it complains on standard error and ends with 0.
+check_page() {
+  local complaints
+  complaints=$(man --warnings -E UTF-8 -l -Tutf8 -Z "$1" 2>&1 >/dev/null)
+  [ -z "$complaints" ] || { echo "$1: $complaints" >&2; return 1; }
+}
+
+check_package() {
+  local package=$1 unpacked=$build/unpacked/$1
+  mkdir -p "$unpacked"
+  dpkg-deb --extract "$build/${package}"_*.deb "$unpacked"
+  diff <(expected_files "$package") <(cd "$unpacked" && find . -type f -printf '%P\n' | sort)
+  check_page "$unpacked/usr/share/man/man1/$package.1.gz"
+  dpkg-deb --field "$build/${package}"_*.deb Depends | grep -q libicu
+}
+
+packages=(tessaly-cli)
+[ ! -x "$build/tessaly" ] || packages+=(tessaly)
+
+rm -rf "$build/unpacked" "$build"/tessaly*.deb
 quietly "$build/package.log" cpack --config "$build/CPackConfig.cmake" -B "$build"
-dpkg-deb --extract "$build"/tessaly_*.deb "$unpacked"
-
-expected="usr/bin/tessaly-cli usr/share/doc/tessaly/README.md"
+for package in "${packages[@]}"; do
+  check_package "$package"
+done
+"$build/unpacked/tessaly-cli/usr/bin/tessaly-cli" --version
+bash -n completions/tessaly-cli.bash
+zsh -n completions/tessaly-cli.zsh
+fish --no-execute completions/tessaly-cli.fish
 if [ -x "$build/tessaly" ]; then
-  expected+=" usr/bin/tessaly usr/share/applications/tessaly.desktop"
-  expected+=" usr/share/icons/hicolor/scalable/apps/tessaly.svg"
+  check_icons "$build/unpacked/tessaly"
+  desktop-file-validate packaging/tessaly.desktop
+  quietly "$build/metainfo.log" appstreamcli validate --no-net packaging/example.tessaly.tessaly.metainfo.xml
 fi
-diff <(tr ' ' '\n' <<<"$expected" | sort) <(cd "$unpacked" && find . -type f -printf '%P\n' | sort)
-
-"$unpacked/usr/bin/tessaly-cli" --version
-desktop-file-validate packaging/tessaly.desktop
-dpkg-deb --field "$build"/tessaly_*.deb Depends | grep -q libicu
-echo "The package is complete: $(basename "$build"/tessaly_*.deb)"
+quietly "$build/lintian.log" lintian --allow-root --fail-on error "$build"/tessaly*.deb
+echo "The packages are complete: $(cd "$build" && echo tessaly*.deb)"
