@@ -4,7 +4,7 @@ _tessaly_cli_profiles() {
   local name typed=${current//\\/}
   typed=${typed#[\"\']}
   while IFS= read -r name; do
-    [[ $name != "$typed"* ]] || COMPREPLY+=("$(printf '%q' "$name")")
+    [[ $name != "$typed"* ]] || COMPREPLY+=("$(sed 's/[][ "$&();<>*?#|!{}`\\~'\'']/\\&/g' <<<"$name")")
   done < <(tessaly-cli profiles list 2>/dev/null | cut -f 2)
 }
 

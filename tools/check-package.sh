@@ -10,8 +10,8 @@ build=$(realpath "$1")
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 export SOURCE_DATE_EPOCH
 
-# expected_files PACKAGE: what it must contain, one a line.
-expected_files() {
+# contents PACKAGE: the files that it must contain, one a line.
+contents() {
   local share=usr/share
   printf '%s\n' "usr/bin/$1" "$share/man/man1/$1.1.gz" "$share/doc/$1/"{changelog.gz,copyright}
   case $1 in
@@ -25,7 +25,7 @@ expected_files() {
         "$share/icons/hicolor/scalable/apps/tessaly.svg"
       printf "$share/icons/hicolor/%sx%s/apps/tessaly.png\n" {16,24,32,48,64,128,256,512}{,}
       ;;
-  esac | sort
+  esac
 }
 
 # The icons have the sizes that their folders promise.
@@ -47,7 +47,7 @@ check_package() {
   local package=$1 unpacked=$build/unpacked/$1
   mkdir -p "$unpacked"
   dpkg-deb --extract "$build/${package}"_*.deb "$unpacked"
-  diff <(expected_files "$package") <(cd "$unpacked" && find . -type f -printf '%P\n' | sort)
+  diff <(contents "$package" | sort) <(cd "$unpacked" && find . -type f -printf '%P\n' | sort)
   check_page "$unpacked/usr/share/man/man1/$package.1.gz"
   dpkg-deb --field "$build/${package}"_*.deb Depends | grep -q libicu
 }

@@ -36,8 +36,9 @@ ArgumentDescription describe(const CLI::Option& option) {
 
 CommandDescription describe(const CLI::App& app) {
   CommandDescription command{app.get_name(), app.get_description(), {}, {}, {}};
-  for (const CLI::Option* option : app.get_options())
+  for (const CLI::Option* option : app.get_options()) {
     if (isShown(*option)) (option->get_positional() ? command.operands : command.options).push_back(describe(*option));
+  }
   for (const CLI::App* below : app.get_subcommands([](const CLI::App*) { return true; }))
     command.commands.push_back(describe(*below));
   return command;

@@ -57,7 +57,7 @@ _tessaly_cli_profiles() {
   local name typed=${current//\\/}
   typed=${typed#[\"\']}
   while IFS= read -r name; do
-    [[ $name != "$typed"* ]] || COMPREPLY+=("$(printf '%q' "$name")")
+    [[ $name != "$typed"* ]] || COMPREPLY+=("$(sed 's/[][ "$&();<>*?#|!{}`\\~'\'']/\\&/g' <<<"$name")")
   done < <(tessaly-cli profiles list 2>/dev/null | cut -f 2)
 }
 
@@ -113,17 +113,20 @@ std::string bashValues(const CommandDescription& command, const std::string& pat
   std::string lines;
   for (const ArgumentDescription& option : command.options) {
     if (option.placeholder.empty()) continue;
-    for (const std::string& name : namesOf(option))
-      lines += fmt::format("    {}) {}; return ;;\n", inQuotes(path + " " + name), bashOffer(option.placeholder));
+    for (const std::string& name : namesOf(option)) {
+      const std::string words = fmt::format("{} {}", path, name);
+      lines += fmt::format("    {}) {}; return ;;\n", inQuotes(words), bashOffer(option.placeholder));
+    }
   }
   return lines;
 }
 
 std::string bashWords(const CommandDescription& command, const std::string& path) {
   std::string options;
-  for (const ArgumentDescription& option : command.options)
+  for (const ArgumentDescription& option : command.options) {
     for (const std::string& name : namesOf(option))
       options += (options.empty() ? "" : " ") + name;
+  }
   std::string commands;
   for (const CommandDescription& below : command.commands)
     commands += (commands.empty() ? "" : " ") + below.name;
@@ -189,12 +192,14 @@ std::string zshFunctionName(const std::string& path) {
 
 std::string zshArguments(const CommandDescription& command) {
   std::string text;
-  for (const ArgumentDescription& option : command.options)
+  for (const ArgumentDescription& option : command.options) {
     for (const std::string& name : namesOf(option))
       text += zshOption(option, name);
-  for (const ArgumentDescription& operand : command.operands)
+  }
+  for (const ArgumentDescription& operand : command.operands) {
     text += " \\\n    " +
             inQuotes((operand.takesMany ? "*:" : ":") + zshText(operand.name) + ":" + zshAction(operand.name));
+  }
   return text;
 }
 
@@ -206,9 +211,10 @@ std::string zshFunction(const CommandDescription& command, const std::string& pa
     text += "    " + inQuotes(below.name + ":" + below.description) + "\n";
   text += "  )\n  _arguments -C" + zshArguments(command) + " \\\n    '1:command:->command' '*::argument:->argument'\n";
   text += "  case $state in\n    command) _describe command commands ;;\n    argument)\n      case $line[1] in\n";
-  for (const CommandDescription& below : command.commands)
+  for (const CommandDescription& below : command.commands) {
     text += fmt::format("        {}) {} ;;\n", below.name,
                         zshFunctionName(path.empty() ? below.name : path + "/" + below.name));
+  }
   return text + "      esac\n      ;;\n  esac\n}\n\n";
 }
 
@@ -229,12 +235,11 @@ std::string fishCondition(const CommandDescription& command, const std::string& 
   for (const CommandDescription& each : command.commands)
     below += " " + each.name;
   if (path.empty()) return "__fish_use_subcommand";
-  std::string words = path;
   std::string condition;
-  for (std::size_t start = 0; start < words.size();) {
-    const std::size_t stop = std::min(words.find('/', start), words.size());
+  for (std::size_t start = 0; start < path.size();) {
+    const std::size_t stop = std::min(path.find('/', start), path.size());
     condition += (condition.empty() ? "" : "; and ");
-    condition += "__fish_seen_subcommand_from " + words.substr(start, stop - start);
+    condition += "__fish_seen_subcommand_from " + path.substr(start, stop - start);
     start = stop + 1;
   }
   return below.empty() ? condition : condition + "; and not __fish_seen_subcommand_from" + below;

@@ -103,9 +103,10 @@ void refuseMeetings(const RepairSources& sources) {
   const std::vector<MeetingSources> meetings = meetingSources(sources.listing);
   if (meetings.empty()) return;
   std::string names;
-  for (std::size_t i = 0; i < std::min(meetings.size(), namedMeetings); ++i)
+  for (std::size_t i = 0; i < std::min(meetings.size(), namedMeetings); ++i) {
     names += fmt::format("{}{} and {}", i == 0 ? "" : ", ", displayText(meetings[i].first.native()),
                          displayText(meetings[i].second.native()));
+  }
   if (meetings.size() > namedMeetings) names += fmt::format(" and {} more", meetings.size() - namedMeetings);
   throw UsageError("Copies would get the same name: " + names);
 }
