@@ -102,6 +102,7 @@ class ProgramTest : public testing::Test {
     for (const char* name : {"LANG", "LANGUAGE", "LC_ALL", "LC_MESSAGES"})
       unsetenv(name);
     setenv("TESSALY_HOME", home.c_str(), 1);
+    setenv("TERM", "xterm", 1);
     for (const auto& [name, value] : environment)
       setenv(name.c_str(), value.c_str(), 1);
   }

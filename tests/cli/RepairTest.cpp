@@ -414,7 +414,6 @@ class Terminal {
 TEST_F(RepairTest, ShowsABarOnATerminalAndTheLinesOfFailures) {
   writeText(photos / "L0.DNG", "too short to be one");
   const Terminal terminal(80);
-  environment["TERM"] = "xterm";
   const ProgramResult result =
       run({"repair", "photos", "--profile", "p.json", "--workers", "1", "--no-log"}, terminal.asStandardError());
   EXPECT_EQ(result.status, 1);
@@ -428,7 +427,6 @@ TEST_F(RepairTest, ShowsABarOnATerminalAndTheLinesOfFailures) {
 TEST_F(RepairTest, KeepsItsBarWithinTheColumns) {
   photograph().write(photos / "a long name that has no room beside the bar.DNG");
   const Terminal terminal(30);
-  environment["TERM"] = "xterm";
   run({"repair", "photos", "--profile", "p.json", "--no-log"}, terminal.asStandardError());
   std::string line;
   int lines = 0;
