@@ -33,8 +33,8 @@ double hiddenShare(double grain, double pupil, double separation) {
 /// Finds places; each tries to keep its distance from the earlier ones.
 class Planter {
  public:
-  Planter(std::int64_t width, std::int64_t height, std::uint64_t seed)
-      : width_(width), height_(height), random_(combinedKey(plantingKey, seed)) {}
+  Planter(std::int64_t width, std::int64_t height, std::uint64_t seed, const BodyStrengths& strengths)
+      : width_(width), height_(height), random_(combinedKey(plantingKey, seed)), strengths_(strengths) {}
 
   BodyDefects plant(const BodyDefectCounts& counts) {
     for (std::int64_t i = 0; i < counts.columns; ++i)
@@ -45,11 +45,11 @@ class Planter {
       plantDust();
     for (std::int64_t i = 0; i < counts.specks; ++i)
       plantSpeck();
-    plantPixels(BodyPixel::Kind::hot, counts.hot, 30, 30000);
-    plantPixels(BodyPixel::Kind::offset, counts.offset, 4, 2000);
-    plantPixels(BodyPixel::Kind::dim, counts.dim, 0.03, 1);
-    plantPixels(BodyPixel::Kind::stuck, counts.stuck, 0.3, 1);
-    plantPixels(BodyPixel::Kind::telegraph, counts.telegraph, 5, 1000);
+    plantPixels(BodyPixel::Kind::hot, counts.hot, strengths_.hot);
+    plantPixels(BodyPixel::Kind::offset, counts.offset, strengths_.offset);
+    plantPixels(BodyPixel::Kind::dim, counts.dim, strengths_.dim);
+    plantPixels(BodyPixel::Kind::stuck, counts.stuck, strengths_.stuck);
+    plantPixels(BodyPixel::Kind::telegraph, counts.telegraph, strengths_.telegraph);
     return std::move(defects_);
   }
 
@@ -59,6 +59,8 @@ class Planter {
     double y = 0;
     double radius = 0;
   };
+
+  double within(const BodyStrengths::Range& range) { return logarithmic(random_, range.least, range.most); }
 
   [[nodiscard]] bool isFree(const Place& place) const {
     return std::none_of(taken_.begin(), taken_.end(), [&](const Place& other) {
@@ -90,7 +92,7 @@ class Planter {
 
   void plantColumn() {
     BodyLine line{freeColumn(), 0, height_ - 1, random_.wholeBetween(1, 2)};
-    line.strength = logarithmic(random_, 0.5, 60);
+    line.strength = within(strengths_.column);
     const double amount = line.strength * random_.sign();
     const bool isGain = random_.between(0, 1) < 0.4;
     (isGain ? line.gain : line.offset) = isGain ? amount / (gainLevel * unitsOfRange) : amount;
@@ -100,7 +102,7 @@ class Planter {
   void plantPartialColumn() {
     BodyLine line{freeColumn(), 0, height_ - 1};
     line.isPartial = true;
-    line.strength = logarithmic(random_, 1, 60);
+    line.strength = within(strengths_.partialColumn);
     line.offset = line.strength * random_.sign();
     const bool goesUp = random_.between(0, 1) < 0.25;
     const std::int64_t end = random_.wholeBetween(height_ / 8, height_ * 7 / 8);
@@ -111,7 +113,7 @@ class Planter {
   }
 
   void plantDust() {
-    const double radius = logarithmic(random_, 4, 40) / BodyDust::pitch;
+    const double radius = within(strengths_.dust) / BodyDust::pitch;
     const Place place = freePlace(radius + 12, radius + 24);
     defects_.dust.push_back({place.x, place.y, radius, random_.between(0.6, 1)});
   }
@@ -120,21 +122,22 @@ class Planter {
     const double radius = random_.between(1, 3.5);
     const double oval = random_.between(1, 1.25);
     const Place place = freePlace(radius + 8, radius + 12);
-    const double depth = logarithmic(random_, 0.05, 0.9);
+    const double depth = within(strengths_.speck);
     defects_.specks.push_back({place.x, place.y, radius * oval, radius, depth});
   }
 
-  void plantPixels(BodyPixel::Kind kind, std::int64_t count, double least, double most) {
+  void plantPixels(BodyPixel::Kind kind, std::int64_t count, const BodyStrengths::Range& range) {
     for (std::int64_t i = 0; i < count; ++i) {
       const Place place = freePlace(3, 3);
       defects_.pixels.push_back({static_cast<std::int64_t>(place.x), static_cast<std::int64_t>(place.y), kind,
-                                 logarithmic(random_, least, most), random_.between(0.2, 0.8)});
+                                 within(range), random_.between(0.2, 0.8)});
     }
   }
 
   std::int64_t width_;
   std::int64_t height_;
   Sequence random_;
+  BodyStrengths strengths_;
   std::vector<Place> taken_;
   BodyDefects defects_;
 };
@@ -153,9 +156,21 @@ BodyDefectCounts BodyDefectCounts::of(std::int64_t width, std::int64_t height) {
           count(30 * millions), count(40 * millions), count(4 * millions),  count(60 * millions)};
 }
 
+BodyStrengths BodyStrengths::moderate() {
+  BodyStrengths strengths;
+  strengths.column = strengths.partialColumn = {4, 40};
+  strengths.dust = {6, 20};
+  strengths.speck = {0.1, 0.6};
+  strengths.hot = {100, 10000};
+  strengths.offset = {16, 500};
+  strengths.dim = {0.06, 0.6};
+  strengths.telegraph = {30, 300};
+  return strengths;
+}
+
 BodyDefects plantBodyDefects(std::int64_t width, std::int64_t height, const BodyDefectCounts& counts,
-                             std::uint64_t seed) {
-  return Planter(width, height, seed).plant(counts);
+                             std::uint64_t seed, const BodyStrengths& strengths) {
+  return Planter(width, height, seed, strengths).plant(counts);
 }
 
 }  // namespace tessaly::tools

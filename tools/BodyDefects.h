@@ -88,8 +88,29 @@ struct BodyDefectCounts {
   [[nodiscard]] static BodyDefectCounts of(std::int64_t width, std::int64_t height);
 };
 
+/// Least and most of each kind; every decade between them is alike.
+struct BodyStrengths {
+  struct Range {
+    double least = 0;
+    double most = 0;
+  };
+
+  Range column{0.5, 60};       ///< u
+  Range partialColumn{1, 60};  ///< u
+  Range dust{4, 40};           ///< µm
+  Range speck{0.05, 0.9};
+  Range hot{30, 30000};
+  Range offset{4, 2000};
+  Range dim{0.03, 1};
+  Range stuck{0.3, 1};
+  Range telegraph{5, 1000};
+
+  /// The middle of these: neither invisible nor absurd.
+  [[nodiscard]] static BodyStrengths moderate();
+};
+
 /// Plants them at places that follow from the seed, apart from each other as far as there is room.
 [[nodiscard]] BodyDefects plantBodyDefects(std::int64_t width, std::int64_t height, const BodyDefectCounts& counts,
-                                           std::uint64_t seed);
+                                           std::uint64_t seed, const BodyStrengths& strengths = {});
 
 }  // namespace tessaly::tools

@@ -191,6 +191,10 @@ DNGBuilder& DNGBuilder::exif(std::optional<std::int64_t> iso,
   return *this;
 }
 
+DNGBuilder& DNGBuilder::fNumber(double aperture) {
+  return exifTag(33437, {typeRational, {std::llround(aperture * 10), 10}});
+}
+
 DNGBuilder& DNGBuilder::inSubIFD() {
   inSubIFD_ = true;
   return *this;

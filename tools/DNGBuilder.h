@@ -58,6 +58,8 @@ class DNGBuilder {
   DNGBuilder& exif(std::optional<std::int64_t> iso, std::optional<std::pair<std::int64_t, std::int64_t>> exposure,
                    std::optional<std::string> bodySerial = std::nullopt);  ///< exposure as numerator, denominator
 
+  DNGBuilder& fNumber(double aperture);  ///< in tenths, beside exif()
+
   /// Puts the raw image into a SubIFD behind a first directory with a small RGB preview.
   DNGBuilder& inSubIFD();
 

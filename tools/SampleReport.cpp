@@ -2,7 +2,9 @@
 
 #include "dng/DNGReader.h"
 #include "profile/CameraProfileJSON.h"
+#include "tools/CoveredSamples.h"
 #include "tools/SampleSet.h"
+#include "tools/SampleTexture.h"
 
 #include <fmt/format.h>
 
@@ -13,48 +15,6 @@
 
 namespace tessaly::tools {
 namespace {
-
-/// Which samples of the raw plane some defect of a profile covers.
-class CoveredSamples {
- public:
-  explicit CoveredSamples(const CameraProfile& profile)
-      : width_(profile.rawWidth), covered_(static_cast<std::size_t>(profile.rawWidth * profile.rawHeight)) {
-    for (const DefectPixel& pixel : profile.pixels)
-      cover(pixel.x, pixel.y);
-    for (const DefectLine& line : profile.lines)
-      coverLine(line);
-    for (const DefectSpot& spot : profile.spots.value_or(std::vector<DefectSpot>()))
-      coverSpot(spot);
-  }
-
-  [[nodiscard]] bool contains(std::int64_t x, std::int64_t y) const { return covered_[index(x, y)]; }
-  [[nodiscard]] const std::vector<bool>& mask() const { return covered_; }
-
- private:
-  [[nodiscard]] std::size_t index(std::int64_t x, std::int64_t y) const {
-    return static_cast<std::size_t>(y * width_ + x);
-  }
-  void cover(std::int64_t x, std::int64_t y) { covered_[index(x, y)] = true; }
-
-  void coverLine(const DefectLine& line) {
-    for (std::int64_t y = line.yStart; y <= line.yEnd; ++y) {
-      for (std::int64_t x = line.x; x < line.x + line.width; ++x)
-        cover(x, y);
-    }
-  }
-
-  void coverSpot(const DefectSpot& spot) {
-    const std::int64_t a = spot.radiusX * spot.radiusX, b = spot.radiusY * spot.radiusY;
-    for (std::int64_t y = -spot.radiusY; y <= spot.radiusY; ++y) {
-      for (std::int64_t x = -spot.radiusX; x <= spot.radiusX; ++x) {
-        if (x * x * b + y * y * a <= a * b) cover(spot.x + x, spot.y + y);
-      }
-    }
-  }
-
-  std::int64_t width_;
-  std::vector<bool> covered_;
-};
 
 bool isPartial(const DefectLine& line, const CameraProfile& profile) {
   return line.yStart > profile.activeY;
@@ -123,8 +83,9 @@ SampleDistance distance(const RawSamples& samples, const RawSamples& scene, cons
   return result;
 }
 
-DistanceReport compareKind(const std::string& photograph, const Planes& planes, const KindSamples& kind) {
-  DistanceReport report{photograph, kind.kind, 0, 0, {}, {}};
+DistanceReport compareKind(const std::string& photograph, const Planes& planes, const KindSamples& kind,
+                           std::size_t width) {
+  DistanceReport report{photograph, kind.kind, 0, 0, {}, {}, 0, 0, {}};
   for (std::size_t i = 0; i < kind.covered.size(); ++i) {
     if (!kind.covered[i]) continue;
     ++report.samples;
@@ -132,6 +93,9 @@ DistanceReport compareKind(const std::string& photograph, const Planes& planes, 
   }
   report.damaged = distance(planes.damaged, planes.scene, kind.covered);
   report.repaired = distance(planes.rebuilt, planes.scene, kind.covered);
+  report.damagedStripe = remainingStripe(planes.damaged, planes.scene, kind.covered, width);
+  report.repairedStripe = remainingStripe(planes.rebuilt, planes.scene, kind.covered, width);
+  report.grain = relativeGrain(planes.rebuilt, planes.scene, kind.covered, width);
   return report;
 }
 
@@ -145,14 +109,6 @@ std::vector<std::filesystem::path> repairedPhotographs(const SampleSetFolders& s
   }
   std::sort(copies.begin(), copies.end());
   return copies;
-}
-
-bool overlaps(const DefectLine& a, const DefectLine& b) {
-  return a.x < b.x + b.width && b.x < a.x + a.width && a.yStart <= b.yEnd && b.yStart <= a.yEnd;
-}
-
-bool overlaps(const DefectSpot& a, const DefectSpot& b) {
-  return std::abs(a.x - b.x) <= a.radiusX + b.radiusX && std::abs(a.y - b.y) <= a.radiusY + b.radiusY;
 }
 
 template <class Defect>
@@ -206,14 +162,15 @@ KindReport compareSpots(const CameraProfile& truth, const CameraProfile& found) 
 std::vector<DistanceReport> comparePhotographs(const std::filesystem::path& sampleSet,
                                                const std::filesystem::path& repaired) {
   const SampleSetFolders set(sampleSet);
-  const std::vector<KindSamples> kinds = samplesByKind(readProfile(set.truth));
+  const CameraProfile truth = readProfile(set.truth);
+  const std::vector<KindSamples> kinds = samplesByKind(truth);
   std::vector<DistanceReport> reports;
   for (const std::filesystem::path& copy : repairedPhotographs(set, repaired)) {
     const std::string name = copy.filename().string();
     const Planes planes = readPlanes(set, copy);
     requireSize(planes, kinds.front().covered.size(), name);
     for (const KindSamples& kind : kinds)
-      reports.push_back(compareKind(name, planes, kind));
+      reports.push_back(compareKind(name, planes, kind, static_cast<std::size_t>(truth.rawWidth)));
   }
   return reports;
 }
@@ -225,12 +182,15 @@ std::vector<KindReport> compareProfiles(const CameraProfile& truth, const Camera
 }
 
 std::string table(const std::vector<DistanceReport>& reports) {
-  std::string text = fmt::format("{:<24}{:<16}{:>9}{:>9}{:>20}{:>20}\n{:<24}{:<16}{:>9}{:>9}{:>20}{:>20}\n", "", "", "",
-                                 "", "damaged: distance", "repaired: distance", "photograph", "kind", "samples",
-                                 "rebuilt", "mean, largest", "mean, largest");
+  std::string text =
+      fmt::format("{:<24}{:<16}{:>9}{:>9}{:>20}{:>20}{:>20}{:>8}\n{:<24}{:<16}{:>9}{:>9}{:>20}{:>20}{:>20}{:>8}\n", "",
+                  "", "", "", "damaged: distance", "repaired: distance", "stripe", "grain", "photograph", "kind",
+                  "samples", "rebuilt", "mean, largest", "mean, largest", "damaged, repaired", "");
   for (const DistanceReport& r : reports) {
-    text += fmt::format("{:<24}{:<16}{:>9}{:>9}{:>12.1f}, {:>6}{:>12.1f}, {:>6}\n", r.photograph, r.kind, r.samples,
-                        r.rebuilt, r.damaged.mean, r.damaged.largest, r.repaired.mean, r.repaired.largest);
+    const std::string grain = r.grain ? fmt::format("{:.2f}", *r.grain) : "";
+    text += fmt::format("{:<24}{:<16}{:>9}{:>9}{:>12.1f}, {:>6}{:>12.1f}, {:>6}{:>12.2f}, {:>6.2f}{:>8}\n",
+                        r.photograph, r.kind, r.samples, r.rebuilt, r.damaged.mean, r.damaged.largest, r.repaired.mean,
+                        r.repaired.largest, r.damagedStripe, r.repairedStripe, grain);
   }
   return text;
 }

@@ -1,8 +1,7 @@
 #include "tools/SampleSet.h"
 
 #include "profile/CameraProfileJSON.h"
-#include "tools/DefectPlanting.h"
-#include "tools/SampleCamera.h"
+#include "tools/SampleBody.h"
 #include "tools/TruthProfile.h"
 
 #include <cstddef>
@@ -48,9 +47,8 @@ void prepare(const std::filesystem::path& folder, const SampleSetFolders& set) {
   }
 }
 
-void writeFrame(const std::filesystem::path& folder, const SensorSimulator& sensor, const PlannedFrame& frame,
-                Condition condition) {
-  frameFile(sensor, frame, condition).write(folder / (frame.name + ".dng"));
+void writeFrame(const std::filesystem::path& folder, const SensorBody& body, const SampleFrame& frame) {
+  sampleFile(body, frame).write(folder / (frame.name + ".dng"));
 }
 
 }  // namespace
@@ -58,17 +56,15 @@ void writeFrame(const std::filesystem::path& folder, const SensorSimulator& sens
 void writeSampleSet(const std::filesystem::path& folder, std::uint64_t seed) {
   const SampleSetFolders set(folder);
   prepare(folder, set);
-  SensorDescription description;
-  description.seed = seed;
-  const PlantedDefects defects = plantDefects(description, {});
-  const SensorSimulator sensor(description, defects);
-  writeText(set.truth, encodeProfile(truthProfile(description, defects)));
-  for (const PlannedFrame& frame : calibrationFrames(description)) {
-    writeFrame(set.calibration, sensor, frame, Condition::damaged);
-  }
-  for (const PlannedFrame& frame : photographFrames(description)) {
-    writeFrame(set.photographs, sensor, frame, Condition::damaged);
-    writeFrame(set.undamaged, sensor, frame, Condition::undamaged);
+  const BodyDescription description = sampleBody(seed);
+  const SensorBody body(description, sampleDefects(description));
+  const SensorBody sound(description, {});
+  writeText(set.truth, encodeProfile(truthProfile(body, photographFNumber)));
+  for (const SampleFrame& frame : sampleCalibration())
+    writeFrame(set.calibration, body, frame);
+  for (const SampleFrame& frame : samplePhotographs(description)) {
+    writeFrame(set.photographs, body, frame);
+    writeFrame(set.undamaged, sound, frame);
   }
 }
 

@@ -8,7 +8,6 @@
 namespace tessaly::tools {
 namespace {
 
-constexpr std::array<double, 3> sensitivity{0.55, 1.00, 0.70};  // red, green, blue
 constexpr double gray = 1;
 
 enum Key : std::uint64_t { response = 1, columnResponse, dark, noise, columnOffset, photositeOffset, frames };
@@ -190,10 +189,11 @@ void SensorBody::addCosmicRays(Shot& shot) const {
 double SensorBody::lightAt(const Shot& shot, std::int64_t x, std::int64_t y) const {
   const BodyExposure& exposure = shot.exposure;
   if (exposure.level <= 0) return 0;
-  const double across = static_cast<double>(x) / static_cast<double>(description_.activeWidth) - 0.5;
-  const double down = static_cast<double>(y) / static_cast<double>(description_.activeHeight) - 0.5;
   const int colour = colourAt(x, y);
   const double sensitive = description_.cfa.empty() ? gray : sensitivity[static_cast<std::size_t>(colour)];
+  if (exposure.scene) return exposure.scene(x, y, colour) * sensitive;
+  const double across = static_cast<double>(x) / static_cast<double>(description_.activeWidth) - 0.5;
+  const double down = static_cast<double>(y) / static_cast<double>(description_.activeHeight) - 0.5;
   const double shading = 1 - (0.75 + 0.06 * colour) * (across * across + down * down);
   const double tilt = 1 + shot.tiltX * across + shot.tiltY * down;
   double pattern = 1;
@@ -249,6 +249,7 @@ DNGBuilder SensorBody::file(const BodyExposure& exposure, std::vector<std::uint1
   builder.activeArea(body.top, body.left, body.top + body.activeHeight, body.left + body.activeWidth);
   builder.make("Tessaly").model(body.model).uniqueModel(body.model).serial(body.serial);
   builder.exif(exposure.iso, exposure.seconds);
+  if (exposure.level > 0) builder.fNumber(exposure.fNumber);
   if (body.cfa.empty()) {
     builder.linear();
   } else {

@@ -11,6 +11,7 @@
 
 #include "tools/BodyDefects.h"
 #include "tools/DNGBuilder.h"
+#include "tools/Scenes.h"
 
 #include <array>
 #include <cstdint>
@@ -55,12 +56,16 @@ struct BodyExposure {
   double level = 0;                                      ///< of the range; 0: lens cap
   double fNumber = 16;
   double wallPattern = 0;  ///< the share of the light that a faint pattern of the wall changes; it moves between frames
+  Scene scene = {};        ///< what is photographed instead of the wall, in front of a lens without shading
 
   [[nodiscard]] double time() const { return static_cast<double>(seconds.first) / static_cast<double>(seconds.second); }
 };
 
 class SensorBody {
  public:
+  /// Of red, green and blue photosites.
+  static constexpr std::array<double, 3> sensitivity{0.55, 1.00, 0.70};
+
   SensorBody(BodyDescription description, BodyDefects defects);
 
   [[nodiscard]] const BodyDescription& description() const { return description_; }

@@ -2,43 +2,34 @@
 
 #include "tools/Deterministic.h"
 
-#include <string>
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
 
 namespace tessaly::tools {
 namespace {
 
-DNGMetadata metadataOf(const SensorDescription& sensor) {
-  DNGMetadata metadata;
-  metadata.sourceEncoding.emplace();
-  metadata.sourceEncoding->activeArea = {sensor.activeX, sensor.activeY, sensor.activeWidth, sensor.activeHeight};
-  if (!sensor.serial.empty()) metadata.cameraSerial = sensor.serial;
-  metadata.make = sensor.make;
-  metadata.model = sensor.model;
-  metadata.rawWidth = sensor.width;
-  metadata.rawHeight = sensor.height;
-  metadata.activeX = sensor.activeX;
-  metadata.activeY = sensor.activeY;
-  metadata.activeWidth = sensor.activeWidth;
-  metadata.activeHeight = sensor.activeHeight;
-  if (!sensor.cfa.empty()) {
-    CFALayout layout{2, 2, {}};
-    for (const char colour : sensor.cfa)
-      layout.pattern.push_back(colour == 'R' ? 0 : colour == 'G' ? 1 : 2);
-    metadata.cfaLayout = layout;
-  }
-  return metadata;
+constexpr const char* separator = ", ";
+
+std::string reasonOf(const char* kind, double strength, const char* unit) {
+  return fmt::format("{}{}{:.3g} {}", kind, separator, strength, unit);
 }
 
-std::string reasonFor(PlantedPixel::Kind kind) {
-  switch (kind) {
-    case PlantedPixel::Kind::hot:
-      return "Hot pixel";
-    case PlantedPixel::Kind::dead:
-      return "Dead pixel";
-    case PlantedPixel::Kind::stuck:
-      return "Stuck pixel";
+std::string reasonOf(const BodyPixel& pixel) {
+  switch (pixel.kind) {
+    case BodyPixel::Kind::hot:
+      return reasonOf("Hot pixel", pixel.strength, "e/s");
+    case BodyPixel::Kind::offset:
+      return reasonOf("Offset pixel", pixel.strength, "u");
+    case BodyPixel::Kind::dim:
+      return reasonOf("Dim pixel", pixel.strength * 100, "%");
+    case BodyPixel::Kind::stuck:
+      return reasonOf("Stuck pixel", pixel.strength * 100, "%");
+    case BodyPixel::Kind::telegraph:
+      break;
   }
-  return {};
+  return reasonOf("Unsteady pixel", pixel.strength, "e");
 }
 
 UUID idFromSeed(std::uint64_t seed) {
@@ -51,22 +42,75 @@ UUID idFromSeed(std::uint64_t seed) {
   return id;
 }
 
+DefectSpot spotOf(const BodyDescription& body, double x, double y, double radiusX, double radiusY) {
+  return {
+      body.left + std::llround(x), body.top + std::llround(y), std::llround(radiusX), std::llround(radiusY), 1.0, ""};
+}
+
+void addLines(const BodyDescription& body, const BodyDefects& defects, CameraProfile& profile) {
+  for (const BodyLine& line : defects.lines) {
+    const char* kind = line.isPartial ? "Partial column" : "Column";
+    profile.lines.push_back({body.left + line.x, body.top + line.yStart, body.top + line.yEnd, line.width, 1.0,
+                             reasonOf(kind, line.strength, "u")});
+  }
+}
+
+void addSpots(const BodyDescription& body, const BodyDefects& defects, double fNumber, CameraProfile& profile) {
+  for (const BodyDust& dust : defects.dust) {
+    const double radius = dust.shadowRadius(fNumber);
+    profile.spots->push_back(spotOf(body, dust.x, dust.y, radius, radius));
+    profile.spots->back().reason = reasonOf("Dust", dust.depth(fNumber) * 100, "%");
+  }
+  for (const BodySpeck& speck : defects.specks) {
+    profile.spots->push_back(spotOf(body, speck.x, speck.y, speck.radiusX + 0.5, speck.radiusY + 0.5));
+    profile.spots->back().reason = reasonOf("Speck", speck.depth * 100, "%");
+  }
+}
+
 }  // namespace
 
-CameraProfile truthProfile(const SensorDescription& sensor, const PlantedDefects& defects) {
+DNGMetadata metadataOf(const BodyDescription& body) {
+  DNGMetadata metadata;
+  metadata.sourceEncoding.emplace();
+  metadata.sourceEncoding->activeArea = {body.left, body.top, body.activeWidth, body.activeHeight};
+  metadata.cameraSerial = body.serial;
+  metadata.make = "Tessaly";
+  metadata.model = body.model;
+  metadata.rawWidth = body.width();
+  metadata.rawHeight = body.height();
+  metadata.activeX = body.left;
+  metadata.activeY = body.top;
+  metadata.activeWidth = body.activeWidth;
+  metadata.activeHeight = body.activeHeight;
+  metadata.blackLevel = body.black;
+  metadata.whiteLevel = body.white;
+  if (body.cfa.empty()) return metadata;
+  CFALayout layout{2, 2, {}};
+  for (const char colour : body.cfa)
+    layout.pattern.push_back(colour == 'R' ? 0 : colour == 'G' ? 1 : 2);
+  metadata.cfaLayout = layout;
+  return metadata;
+}
+
+CameraProfile truthProfile(const SensorBody& body, double fNumber) {
+  const BodyDescription& sensor = body.description();
   CameraProfile profile = CameraProfile::empty("True defects of " + sensor.model, metadataOf(sensor));
   profile.id = idFromSeed(sensor.seed);
-  for (const PlantedPixel& pixel : defects.pixels) {
-    profile.pixels.push_back({pixel.x, pixel.y, 1.0, reasonFor(pixel.kind)});
-  }
-  for (const PlantedLine& line : defects.lines) {
-    const std::string reason = line.yStart > sensor.activeY ? "Partial column" : "Column";
-    profile.lines.push_back({line.x, line.yStart, line.yEnd, line.width, 1.0, reason});
-  }
-  for (const PlantedSpot& spot : defects.spots) {
-    profile.spots->push_back({spot.x, spot.y, spot.radiusX, spot.radiusY, 1.0, "Dust"});
-  }
+  for (const BodyPixel& pixel : body.defects().pixels)
+    profile.pixels.push_back({sensor.left + pixel.x, sensor.top + pixel.y, 1.0, reasonOf(pixel)});
+  addLines(sensor, body.defects(), profile);
+  addSpots(sensor, body.defects(), fNumber, profile);
   return profile;
+}
+
+PlantedReason::PlantedReason(const std::string& reason) : kind(reason.substr(0, reason.find(separator))) {
+  if (kind.size() == reason.size()) return;
+  const char* const end = reason.data() + reason.size();
+  double number = 0;
+  const auto [rest, error] = std::from_chars(reason.data() + kind.size() + 2, end, number);
+  if (error != std::errc()) return;
+  strength = number;
+  unit.assign(rest == end ? rest : rest + 1, end);
 }
 
 }  // namespace tessaly::tools

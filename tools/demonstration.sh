@@ -17,14 +17,18 @@ ls "$sample/calibration" "$sample/photographs"
 
 say "2. What the calibration frames tell"
 rm -rf "$sample/home" "$sample/photographs/Tessaly Results" "$sample/profile.json"
-cli calibrate "$sample/calibration" --name "Sample body" --save --profile "$sample/profile.json"
+cli calibrate "$sample/calibration" --name "Sample body" --save --profile "$sample/profile.json" \
+  --second-opinion --result "$sample/result.json"
+say "What starts included, which is what is certain; and how many of the planted samples it does not cover:"
 "$programs/tessaly-sample-report" "$sample" --profile "$sample/profile.json"
-say "(The missed spot is a thin one: it is among the candidates, but only what is certain starts included.)"
+say "What the second opinion proposes beside it, which a person has to look at; none of it is included:"
+"$programs/tessaly-sample-report" "$sample" --findings "$sample/result.json"
 
 say "3. The photographs, repaired with that profile"
 cli repair "$sample/photographs" --profile "Sample body"
 
-say "4. How far the samples of each kind of defect are from the undamaged scene, in raw units"
+say "4. How far the samples of each kind of defect are from the undamaged scene, in raw units; what is left of a stripe
+   (means of 32 rows); and the grain of the repaired samples beside that of the scene"
 "$programs/tessaly-sample-report" "$sample" --repaired "$sample/photographs/Tessaly Results"
 
 say "5. The log"

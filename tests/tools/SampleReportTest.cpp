@@ -2,8 +2,11 @@
 #include "support/FileBytes.h"
 #include "support/TemporaryFolder.h"
 #include "tools/DNGBuilder.h"
+#include "tools/SampleBody.h"
 #include "tools/SampleReport.h"
 #include "tools/SampleSet.h"
+#include "tools/SampleTexture.h"
+#include "tools/TruthProfile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -117,7 +120,7 @@ TEST_F(SampleReport, GivesDistancesByKindOfDefect) {
 TEST_F(SampleReport, ShowsOneLineAKindOfDefect) {
   writeRepaired(repaired());
   EXPECT_THAT(table(report()), HasSubstr("\nwater.dng               column                  8        7"
-                                         "        10.0,     10         3.0,     10\n"));
+                                         "        10.0,     10         3.0,     10        0.00,   0.00"));
 }
 
 TEST_F(SampleReport, LeavesOutPhotographsThatWereNotRepaired) {
@@ -136,6 +139,72 @@ testing::Matcher<const KindReport&> isCount(const std::string& kind, std::int64_
       testing::Field("kind", &KindReport::kind, kind), testing::Field("planted", &KindReport::planted, planted),
       testing::Field("found", &KindReport::found, found), testing::Field("wrong", &KindReport::wrong, wrong),
       testing::Field("second", &KindReport::second, second));
+}
+
+TEST(SampleProfileReport, CountsByStrengthAndSaysWhatIsNotCovered) {
+  CameraProfile truth = planted();
+  truth.pixels = {
+      {2, 1, 1.0, "Hot pixel, 420 e/s"}, {3, 3, 1.0, "Hot pixel, 299 e/s"}, {0, 7, 1.0, "Hot pixel, 100 e/s"}};
+  CameraProfile found = sensor();
+  found.pixels = {{3, 3, 1.0, ""}};
+  found.lines = {{5, 2, 7, 1, 1.0, ""}};
+  const std::vector<StrengthReport> reports = compareStrengths(truth, found);
+  EXPECT_EQ(table(reports),
+            "kind              strength              planted    found   missed     samples   not covered\n"
+            "Column                                        1        1        0           8             2\n"
+            "Dust                                          1        0        1           5             5\n"
+            "Hot pixel         100 … 300 e/s               2        1        1           2             1\n"
+            "Hot pixel         300 … 1000 e/s              1        0        1           1             1\n"
+            "Partial column                                1        0        1           4             4\n");
+}
+
+TEST(SampleTexture, TellsAStripeFromNoise) {
+  constexpr std::size_t rows = 70;
+  const std::vector<std::uint16_t> scene(2 * rows, 100);
+  std::vector<std::uint16_t> noisy = scene;
+  std::vector<std::uint16_t> shifted = scene;
+  const std::vector<bool> everywhere(2 * rows, true);
+  for (std::size_t y = 0; y < rows; ++y) {
+    noisy[2 * y] = y % 2 == 0 ? 110 : 90;
+    shifted[2 * y] = 110;
+  }
+  EXPECT_EQ(remainingStripe(noisy, scene, everywhere, 2), 0);
+  EXPECT_EQ(remainingStripe(shifted, scene, everywhere, 2), 5) << "the mean over both columns";
+  EXPECT_EQ(remainingStripe(shifted, scene, std::vector<bool>(2 * rows, false), 2), 0);
+}
+
+TEST(SampleTexture, ComparesTheGrainWithThatOfTheScene) {
+  std::vector<std::uint16_t> scene(20);
+  std::vector<std::uint16_t> smooth(20, 10);
+  std::vector<std::uint16_t> rough(20);
+  for (std::size_t i = 0; i < scene.size(); ++i) {
+    scene[i] = static_cast<std::uint16_t>(i / 2 % 2 == 0 ? 4 : 8);
+    rough[i] = static_cast<std::uint16_t>(i / 2 % 2 == 0 ? 4 : 12);
+  }
+  const std::vector<bool> everywhere(20, true);
+  EXPECT_EQ(relativeGrain(rough, scene, everywhere, 1), 2);
+  EXPECT_EQ(relativeGrain(smooth, scene, everywhere, 1), 0);
+  EXPECT_EQ(relativeGrain(rough, smooth, everywhere, 1), std::nullopt);
+}
+
+TEST(TruthProfile, NamesKindAndStrength) {
+  const PlantedReason reason("Hot pixel, 1.2e+03 e/s");
+  EXPECT_EQ(reason.kind, "Hot pixel");
+  EXPECT_EQ(reason.strength, 1200);
+  EXPECT_EQ(reason.unit, "e/s");
+  EXPECT_FALSE(PlantedReason("Dust").strength.has_value());
+}
+
+TEST(SampleBody, HasTheFilesItAlwaysHad) {
+  const std::vector<SampleFrame> frames = sampleCalibration();
+  ASSERT_EQ(frames.size(), 36U);
+  EXPECT_EQ(frames.front().name, "bright-30th-1");
+  EXPECT_EQ(frames.back().name, "dark-two-seconds-3");
+  const BodyDescription description = sampleBody(2);
+  EXPECT_EQ(samplePhotographs(description).front().name, "evening-sky");
+  const CameraProfile truth = truthProfile(SensorBody(description, sampleDefects(description)), photographFNumber);
+  EXPECT_THAT(truth.pixels.front().reason, HasSubstr("pixel, "));
+  EXPECT_FALSE(truth.spots->empty());
 }
 
 TEST(SampleProfileReport, FindsWhatWasPlanted) {
