@@ -22,7 +22,9 @@ contents() {
       ;;
     tessaly)
       printf '%s\n' "$share/applications/tessaly.desktop" "$share/metainfo/example.tessaly.tessaly.metainfo.xml" \
-        "$share/icons/hicolor/scalable/apps/tessaly.svg"
+        "$share/icons/hicolor/scalable/apps/tessaly.svg" \
+        "$share/doc/$1/html/"{guide.html,recipes.html,files-on-disk.html,candidates.png} \
+        "$share/doc/$1/html/pictures/"{before,after,light-frame}.png
       printf "$share/icons/hicolor/%sx%s/apps/tessaly.png\n" {16,24,32,48,64,128,256,512}{,}
       ;;
   esac
