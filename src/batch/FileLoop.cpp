@@ -5,6 +5,7 @@
 #include "dng/DNGError.h"
 #include "localization/Localization.h"
 #include "platform/DestinationError.h"
+#include "platform/FolderNames.h"
 #include "platform/Text.h"
 #include "platform/WorkQueue.h"
 
@@ -25,14 +26,11 @@ std::size_t clampedWorkers(std::int64_t workers) {
 
 /// The names of all entries, hidden ones too; none when the folder cannot be listed.
 std::vector<std::string> namesIn(const std::filesystem::path& folder) {
-  std::vector<std::string> names;
   try {
-    for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(folder))
-      names.push_back(entry.path().filename().native());
+    return namesInFolder(folder);
   } catch (const std::filesystem::filesystem_error&) {
-    names.clear();
+    return {};
   }
-  return names;
 }
 
 /// Hands out the names in each folder that gets copies.

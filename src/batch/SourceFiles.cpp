@@ -1,6 +1,7 @@
 #include "batch/SourceFiles.h"
 
 #include "dng/DNGReader.h"
+#include "platform/FolderNames.h"
 #include "platform/NaturalOrder.h"
 #include "platform/Text.h"
 
@@ -41,8 +42,8 @@ bool isSourceFileName(const std::filesystem::path& name) {
 
 SourceListing listSourceFiles(const std::filesystem::path& folder) {
   SourceListing listing;
-  for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(folder)) {
-    if (hasSourceFileName(entry.path())) examine(entry.path(), listing);
+  for (const std::string& name : namesInFolder(folder)) {
+    if (hasSourceFileName(name)) examine(folder / name, listing);
   }
   sortByFileName(listing.files);
   std::ranges::sort(listing.unexamined, {}, &UnexaminedEntry::path);

@@ -1,5 +1,6 @@
 #include "platform/AbandonedFiles.h"
 
+#include "platform/FolderNames.h"
 #include "platform/UUID.h"
 #include "platform/WriterLock.h"
 
@@ -66,9 +67,12 @@ bool isStillThere(const std::filesystem::path& path) {
 
 std::vector<std::filesystem::path> temporaryFilesIn(const std::filesystem::path& folder) {
   std::vector<std::filesystem::path> files;
-  std::error_code error;
-  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    if (isTemporaryName(entry->path().filename())) files.push_back(entry->path());
+  try {
+    for (const std::string& name : namesInFolder(folder)) {
+      if (isTemporaryName(name)) files.push_back(folder / name);
+    }
+  } catch (const std::filesystem::filesystem_error&) {
+    return {};
   }
   std::ranges::sort(files);
   return files;

@@ -1,5 +1,6 @@
 #include "platform/SameEntry.h"
 
+#include "platform/FolderNames.h"
 #include "platform/Paths.h"
 #include "platform/Text.h"
 
@@ -121,11 +122,11 @@ bool NameLookup::isSameInode(const fs::path& left, const fs::path& right) const 
 }
 
 std::vector<std::string> NameLookup::names(const fs::path& folder) const {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator(); entry.increment(error))
-    names.push_back(entry->path().filename().native());
-  return names;
+  try {
+    return namesInFolder(folder);
+  } catch (const fs::filesystem_error&) {
+    return {};
+  }
 }
 
 bool NameLookup::isFoldingKind(const fs::path& folder) const {

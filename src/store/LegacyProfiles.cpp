@@ -1,5 +1,6 @@
 #include "store/LegacyProfiles.h"
 
+#include "platform/FolderNames.h"
 #include "platform/InputFile.h"
 #include "platform/PartialFile.h"
 
@@ -39,9 +40,8 @@ void copyUnlessPresent(const fs::path& source, const fs::path& destination) {
 void copyLegacyProfiles(const fs::path& legacy, const fs::path& current) {
   if (!fs::is_directory(legacy)) return;
   fs::create_directories(current);
-  for (const fs::directory_entry& entry : fs::directory_iterator(legacy)) {
-    const fs::path name = entry.path().filename();
-    if (isProfileFileName(name)) copyUnlessPresent(entry.path(), current / name);
+  for (const std::string& name : namesInFolder(legacy)) {
+    if (isProfileFileName(name)) copyUnlessPresent(legacy / name, current / name);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "localization/Localization.h"
 #include "platform/AtomicFile.h"
+#include "platform/FolderNames.h"
 #include "platform/InputFile.h"
 #include "platform/MoveFile.h"
 #include "platform/NaturalOrder.h"
@@ -99,8 +100,8 @@ fs::path fileOf(const CameraProfile& profile) {
 std::vector<fs::path> files() {
   std::vector<fs::path> found;
   if (!fs::exists(directory())) return found;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory())) {
-    if (isProfileFileName(entry.path().filename())) found.push_back(entry.path());
+  for (const std::string& name : namesInFolder(directory())) {
+    if (isProfileFileName(name)) found.push_back(directory() / name);
   }
   return found;
 }
