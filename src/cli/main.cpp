@@ -4,9 +4,12 @@
 #include "cli/Failures.h"
 #include "cli/Interruption.h"
 #include "localization/Localization.h"
+#include "platform/PartialFile.h"
 #include "preferences/AppLanguage.h"
 
+#include <cstdlib>
 #include <exception>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -70,16 +73,39 @@ ExitStatus runOrTell(int count, const char* const* arguments) {
   return ExitStatus::failed;
 }
 
+constexpr std::string_view noMemory = "Cannot allocate memory\nCause: Cannot allocate memory\n";
+
+bool isForWantOfMemory() {
+  const std::exception_ptr failure = std::current_exception();
+  try {
+    if (failure) std::rethrow_exception(failure);
+    return true;
+  } catch (const std::bad_alloc&) {
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+/// Where memory is refused to what cannot say so (destructors, functions of libraries that never throw), the program
+/// still ends with a message and leaves no temporary file.
+[[noreturn]] void giveUp() {
+  if (!isForWantOfMemory()) std::abort();
+  Console::draw(noMemory);
+  PartialFile::removeAllAndExit(static_cast<int>(ExitStatus::failed));
+}
+
 }  // namespace
 }  // namespace tessaly::cli
 
 int main(int count, char** arguments) {
   using namespace tessaly::cli;
+  std::set_terminate(giveUp);
   Console::prepare();
   try {
     return static_cast<int>(runOrTell(count, arguments));
   } catch (const std::exception&) {  // not even a message could be made
-    Console::draw("Cannot allocate memory\nCause: Cannot allocate memory\n");
+    Console::draw(noMemory);
     return static_cast<int>(ExitStatus::failed);
   }
 }
