@@ -17,13 +17,14 @@ std::array<int, 2> ends{-1, -1};
 
 constexpr unsigned char wakingMark = 0;
 
-void mark(unsigned char byte) {
-  [[maybe_unused]] const ssize_t written = ::write(ends[1], &byte, sizeof byte);  // full: enough has been asked
+/// Whether there is something to read now; one that is full has enough.
+bool mark(unsigned char byte) {
+  return ::write(ends[1], &byte, sizeof byte) == sizeof byte || errno == EAGAIN;
 }
 
 void handle(int number) {
   const int before = errno;
-  mark(static_cast<unsigned char>(number));
+  static_cast<void>(mark(static_cast<unsigned char>(number)));
   errno = before;
 }
 
@@ -66,8 +67,10 @@ int TerminationSignals::wait() {
   return take();
 }
 
+// Until it is done: whoever waits would otherwise wait for ever.
 void TerminationSignals::wake() {
-  mark(wakingMark);
+  while (!mark(wakingMark)) {
+  }
 }
 
 }  // namespace tessaly
