@@ -67,10 +67,37 @@ struct SecondOpinionFinding {
   bool operator==(const SecondOpinionFinding&) const = default;
 };
 
+/// How many photosites depart from their neighbours by at least so much.
+struct StrengthCount {
+  double strength = 0;
+  std::uint64_t photosites = 0;
+
+  bool operator==(const StrengthCount&) const = default;
+};
+
+/// What the frames of one setting tell about the sensor. Strengths are in u (a raw unit of a 14-bit range) in the dark
+/// and shares of the light in light.
+struct SettingFigures {
+  bool isDark = false;
+  std::optional<std::int64_t> iso;
+  std::optional<double> exposureSeconds;
+  std::optional<double> fNumber;  ///< of bright frames, where they tell it
+  std::int64_t frames = 0;
+  bool isClipped = false;  ///< everywhere: what follows says nothing
+  double level = 0;        ///< of the light above black, in u: the median over colours and places
+  double noise = 0;        ///< of a sample, from frame to frame
+  double photonSlope = 0;  ///< noise² / level, both in u: u an electron, but for the read noise
+  double spread = 0;       ///< by which photosites differ, noise apart
+  std::vector<StrengthCount> departing;
+
+  bool operator==(const SettingFigures&) const = default;
+};
+
 struct SecondOpinion {
   std::vector<SecondOpinionFinding> findings;  ///< lines, spots, pixels; within a kind the strongest evidence first
   /// Of each documented candidate, in their order, whether a finding confirms it; nothing where no group could tell.
   std::vector<std::optional<bool>> confirmed;
+  std::vector<SettingFigures> settings;  ///< dark ones first
 };
 
 struct CalibrationResult {

@@ -68,6 +68,38 @@ std::string partialColumn(double offset, std::int64_t groups) {
       groups);
 }
 
+std::string weakColumn(double u, double sigma) {
+  return sentence("Weak column: %+.2f u (%.1fσ)", u, sigma);
+}
+
+std::string weakColumnInLight(double percent, double sigma) {
+  return sentence("Weak column: %+.2f%% of the light (%.1fσ)", percent, sigma);
+}
+
+std::string weakPartialColumn(double u, double sigma) {
+  return sentence("Weak partial column: %+.2f u (%.1fσ)", u, sigma);
+}
+
+std::string weakPartialColumnInLight(double percent, double sigma) {
+  return sentence("Weak partial column: %+.2f%% of the light (%.1fσ)", percent, sigma);
+}
+
+std::string softShadow(double percent, double sigma) {
+  return sentence("Soft shadow: %.1f%% of the light (%.1fσ)", percent, sigma);
+}
+
+std::string oddResponse(double percent, double sigma) {
+  return sentence("Response %+.1f%% from its neighbours (%.1fσ)", percent, sigma);
+}
+
+std::string warmPixel(double u, double sigma) {
+  return sentence("Warm: %+.1f u in dark frames (%.1fσ)", u, sigma);
+}
+
+std::string unsteadyPixel(double times, double sigma) {
+  return sentence("Unsteady: %.1f times the usual noise (%.1fσ)", times, sigma);
+}
+
 std::string manuallyAdded() {
   return sentence("Manually added by user");
 }

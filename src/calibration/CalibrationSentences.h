@@ -31,6 +31,17 @@ namespace CandidateReasons {
 /// `offset` is that of the column from its neighbours, in residual units.
 [[nodiscard]] std::string partialColumn(double offset, std::int64_t groups);
 
+/// What the second opinion found. `u` is a raw unit of a 14-bit range, `percent` a share of the light, `sigma` the
+/// strength in robust standard deviations.
+[[nodiscard]] std::string weakColumn(double u, double sigma);
+[[nodiscard]] std::string weakColumnInLight(double percent, double sigma);
+[[nodiscard]] std::string weakPartialColumn(double u, double sigma);
+[[nodiscard]] std::string weakPartialColumnInLight(double percent, double sigma);
+[[nodiscard]] std::string softShadow(double percent, double sigma);
+[[nodiscard]] std::string oddResponse(double percent, double sigma);
+[[nodiscard]] std::string warmPixel(double u, double sigma);
+[[nodiscard]] std::string unsteadyPixel(double times, double sigma);
+
 /// What was added by hand.
 [[nodiscard]] std::string manuallyAdded();
 [[nodiscard]] std::string confirmedSpot();

@@ -8,6 +8,7 @@
 #include "dng/tiff/DNGContainer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace tessaly::DNGReader {
@@ -85,6 +86,15 @@ RawPlane readPlane(const std::filesystem::path& url) {
   RawPlane plane{readMetadata(url), {}};
   readRaw(url, plane.metadata, plane.samples);
   return plane;
+}
+
+std::optional<double> readFNumber(const std::filesystem::path& url) {
+  try {
+    const std::optional<double> number = parseFNumber(openContainer(url));
+    return number && std::isfinite(*number) && *number > 0 ? number : std::nullopt;
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace tessaly::DNGReader

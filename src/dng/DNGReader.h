@@ -31,4 +31,9 @@ void readRaw(const std::filesystem::path& url, const DNGMetadata& metadata, cons
              RawSamples& samples);
 
 [[nodiscard]] RawPlane readPlane(const std::filesystem::path& url);
+
+/// The f-number at which the frame was taken; nothing where the file does not tell one that can be read. Never throws
+/// for what is wrong with a file.
+[[nodiscard]] std::optional<double> readFNumber(const std::filesystem::path& url);
+
 }  // namespace tessaly::DNGReader

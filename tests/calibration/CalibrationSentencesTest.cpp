@@ -36,6 +36,18 @@ TEST(CandidateReasons, GiveTheOffsetOfAPartialColumnItsSign) {
             "Partial defective column below a fixed pixel; column offset +25.0; repeated across 3 exposure groups");
 }
 
+TEST(CandidateReasons, SayHowStrongAFindingIs) {
+  using namespace CandidateReasons;
+  EXPECT_EQ(weakColumn(-1.234, 7.06), "Weak column: -1.23 u (7.1σ)");
+  EXPECT_EQ(weakColumnInLight(0.5, 8), "Weak column: +0.50% of the light (8.0σ)");
+  EXPECT_EQ(weakPartialColumn(2, 12), "Weak partial column: +2.00 u (12.0σ)");
+  EXPECT_EQ(weakPartialColumnInLight(-0.25, 6.5), "Weak partial column: -0.25% of the light (6.5σ)");
+  EXPECT_EQ(softShadow(1.26, 14), "Soft shadow: 1.3% of the light (14.0σ)");
+  EXPECT_EQ(oddResponse(-4.5, 9), "Response -4.5% from its neighbours (9.0σ)");
+  EXPECT_EQ(warmPixel(30, 11), "Warm: +30.0 u in dark frames (11.0σ)");
+  EXPECT_EQ(unsteadyPixel(2.5, 7.7), "Unsteady: 2.5 times the usual noise (7.7σ)");
+}
+
 TEST(ProgressMessages, NameTheFileWhateverItIsCalled) {
   EXPECT_EQ(ProgressMessages::reading("a.dng"), "Reading a.dng");
   EXPECT_EQ(ProgressMessages::analyzing("%d {} %@.dng"), "Analyzing %d {} %@.dng");

@@ -1,6 +1,6 @@
 #include "calibration/second/Confirmation.h"
 
-#include <fmt/format.h>
+#include "calibration/CalibrationSentences.h"
 
 #include <algorithm>
 #include <cmath>
@@ -80,10 +80,7 @@ class Recorder {
     CalibrationCandidate record = candidate(Kind::line, line.x, column.firstRow, column.lastRow);
     record.width = line.width;
     record.evidenceSigma = column.score;
-    const char* what = column.isWhole ? "Weak column" : "Weak partial column";
-    const double quanta = line.isDark ? unitQuanta : lightQuanta / 100.0;
-    const char* unit = line.isDark ? " u" : "% of the light";
-    record.reason = fmt::format("{}: {:+.2f}{} ({:.1f}σ)", what, column.mean / quanta, unit, column.score);
+    record.reason = lineReason(line);
     const double effect = column.mean / (line.isDark ? unitQuanta : lightQuanta);
     add(column.isWhole ? Finder::column : Finder::run, std::move(record), {column.score, effect}, lineThreshold);
   }
@@ -93,7 +90,7 @@ class Recorder {
     CalibrationCandidate record = candidate(Kind::spot, std::llround(shadow.x), row, row);
     record.radiusX = std::llround(shadow.radiusX);
     record.radiusY = std::llround(shadow.radiusY);
-    record.reason = fmt::format("Soft shadow: {:.1f}% of the light ({:.1f}σ)", shadow.depth * 100, shadow.evidence);
+    record.reason = CandidateReasons::softShadow(shadow.depth * 100, shadow.evidence);
     add(Finder::shadow, std::move(record), {shadow.evidence, shadow.depth}, shadowThreshold);
   }
 
@@ -111,12 +108,22 @@ class Recorder {
     double effect = 0;
   };
 
+  static std::string lineReason(const Line& line) {
+    using namespace CandidateReasons;
+    const FoundColumn& column = line.strongest;
+    if (line.isDark) {
+      const double u = column.mean / unitQuanta;
+      return column.isWhole ? weakColumn(u, column.score) : weakPartialColumn(u, column.score);
+    }
+    const double percent = column.mean / (lightQuanta / 100.0);
+    return column.isWhole ? weakColumnInLight(percent, column.score) : weakPartialColumnInLight(percent, column.score);
+  }
+
   static std::string pointReason(Finder finder, const PointPlace& place) {
-    if (finder == Finder::dim)
-      return fmt::format("Response {:+.1f}% from its neighbours ({:.1f}σ)", place.effect * 100, place.evidence);
-    if (finder == Finder::warm)
-      return fmt::format("Warm: {:+.1f} u in dark frames ({:.1f}σ)", place.effect, place.evidence);
-    return fmt::format("Unsteady: {:.1f} times the usual noise ({:.1f}σ)", place.effect, place.evidence);
+    using namespace CandidateReasons;
+    if (finder == Finder::dim) return oddResponse(place.effect * 100, place.evidence);
+    if (finder == Finder::warm) return warmPixel(place.effect, place.evidence);
+    return unsteadyPixel(place.effect, place.evidence);
   }
 
   [[nodiscard]] CalibrationCandidate candidate(Kind kind, std::int64_t x, std::int64_t first, std::int64_t last) const {
@@ -205,10 +212,6 @@ Photosites photosites(const Found& found) {
   return all;
 }
 
-bool confirms(const CalibrationCandidate& documented, const CalibrationCandidate& found) {
-  return documented.kind == Kind::line ? confirmsLine(documented, found) : confirmsSpot(documented, found);
-}
-
 }  // namespace
 
 std::vector<SecondOpinionFinding> findings(const Found& found, const DNGMetadata& metadata) {
@@ -224,6 +227,18 @@ std::vector<SecondOpinionFinding> findings(const Found& found, const DNGMetadata
   return all;
 }
 
+bool isSameDefect(const CalibrationCandidate& documented, const CalibrationCandidate& found) {
+  switch (documented.kind) {
+    case Kind::line:
+      return confirmsLine(documented, found);
+    case Kind::spot:
+      return confirmsSpot(documented, found);
+    case Kind::pixel:
+      break;
+  }
+  return found.kind == Kind::pixel && found.x == documented.x && found.yStart == documented.yStart;
+}
+
 std::vector<std::optional<bool>> confirmations(std::span<const CalibrationCandidate> documented, const Found& found,
                                                std::span<const SecondOpinionFinding> findings,
                                                const DNGMetadata& metadata, const Decides& decides) {
@@ -235,7 +250,7 @@ std::vector<std::optional<bool>> confirmations(std::span<const CalibrationCandid
     const bool isConfirmed = candidate.kind == Kind::pixel
                                  ? pixels.contains({x, y})
                                  : std::any_of(findings.begin(), findings.end(), [&](const auto& finding) {
-                                     return confirms(candidate, finding.candidate);
+                                     return isSameDefect(candidate, finding.candidate);
                                    });
     result.push_back(decides(candidate.kind, x, y) ? std::optional(isConfirmed) : std::nullopt);
   }

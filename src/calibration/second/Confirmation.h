@@ -30,9 +30,12 @@ using Decides = std::function<bool(CalibrationCandidate::Kind kind, std::int64_t
 /// line is left out, a dim one inside a shadow too; what dark and bright frames both show is told once.
 [[nodiscard]] std::vector<SecondOpinionFinding> findings(const Found& found, const DNGMetadata& metadata);
 
-/// For each documented candidate, whether what was found confirms it; nothing where no group could tell. A line: a
-/// found one in its columns that shares more than 70 % of the longer one's rows; a pixel: the same photosite, also one
-/// that is left out of the records; a spot: a shadow whose centre lies inside.
+/// Whether a finding tells the same defect as a documented candidate. A line: one in its columns that shares more than
+/// 70 % of the longer one's rows; a pixel: the same photosite; a spot: a shadow whose centre lies inside.
+[[nodiscard]] bool isSameDefect(const CalibrationCandidate& documented, const CalibrationCandidate& found);
+
+/// For each documented candidate, whether what was found confirms it (isSameDefect; of photosites also those that are
+/// left out of the records); nothing where no group could tell.
 [[nodiscard]] std::vector<std::optional<bool>> confirmations(std::span<const CalibrationCandidate> documented,
                                                              const Found& found,
                                                              std::span<const SecondOpinionFinding> findings,

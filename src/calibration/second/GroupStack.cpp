@@ -19,11 +19,15 @@ std::vector<ExposureGroup> exposureGroups(std::span<const CalibrationGroup> grou
   for (const CalibrationGroup& group : groups) {
     if (!group.isMeasured()) continue;
     const std::size_t frames = group.urls.size();
+    SettingFigures setting;
+    setting.iso = group.metadata.iso;
+    setting.exposureSeconds = group.metadata.exposureSeconds;
+    setting.frames = static_cast<std::int64_t>(frames);
     const std::size_t parts = (frames + mostFrames - 1) / mostFrames;
     for (std::size_t part = 0; part < parts; ++part) {
       const auto first = group.urls.begin() + static_cast<std::ptrdiff_t>(frames * part / parts);
       const auto last = group.urls.begin() + static_cast<std::ptrdiff_t>(frames * (part + 1) / parts);
-      result.push_back({group.isDark, {first, last}});
+      result.push_back({group.isDark, {first, last}, setting, part == 0});
     }
   }
   std::stable_partition(result.begin(), result.end(), [](const ExposureGroup& group) { return group.isDark; });

@@ -24,6 +24,8 @@ namespace tessaly::second {
 struct ExposureGroup {
   bool isDark = false;
   std::vector<std::filesystem::path> urls;
+  SettingFigures setting;  ///< how the frames were exposed, and how many there are of them in all parts
+  bool isFirstPart = true;
 };
 
 /// The groups of three frames or more, dark ones first. One of more than six is divided: its parts decide each for
@@ -66,6 +68,7 @@ class GroupStack {
   /// Gives the memory of all frames back.
   void release() { frames_.clear(); }
 
+  [[nodiscard]] int threads() const { return threads_; }
   [[nodiscard]] Plane& median() { return frames_[0]; }
   [[nodiscard]] Plane& varianceRoots() { return frames_[1]; }
   [[nodiscard]] Plane& trimmedRoots() { return frames_[2]; }

@@ -11,7 +11,7 @@ namespace {
 
 /// Counts the values that `values(y, row)` puts into a row.
 template <typename MakeSource>
-Spread spreadOfRows(const PlaneShape& shape, const CountedColumns& counted, int threads, MakeSource makeSource) {
+Histogram histogramOfRows(const PlaneShape& shape, const CountedColumns& counted, int threads, MakeSource makeSource) {
   std::vector<Histogram> histograms(static_cast<std::size_t>(bandCount(shape.height, threads)));
   forEachBand(shape.height, threads, [&](const RowBand& band) {
     Histogram& histogram = histograms[static_cast<std::size_t>(band.index)];
@@ -26,7 +26,7 @@ Spread spreadOfRows(const PlaneShape& shape, const CountedColumns& counted, int 
   });
   for (std::size_t i = 1; i < histograms.size(); ++i)
     histograms[0].join(histograms[i]);
-  return histograms.empty() ? Spread{} : histograms[0].spread();
+  return histograms.empty() ? Histogram() : std::move(histograms[0]);
 }
 
 }  // namespace
@@ -87,18 +87,24 @@ int departureAt(const Plane& plane, const PlaneShape& shape, std::int64_t x, std
 }
 
 Spread spreadOfPlane(const Plane& plane, const PlaneShape& shape, const CountedColumns& counted, int threads) {
-  return spreadOfRows(shape, counted, threads,
-                      [&] { return [&](std::int64_t y) { return plane.data() + y * shape.width; }; });
+  return histogramOfRows(shape, counted, threads,
+                         [&] { return [&](std::int64_t y) { return plane.data() + y * shape.width; }; })
+      .spread();
 }
 
-Spread spreadOfDepartures(const Plane& plane, const PlaneShape& shape, const CountedColumns& counted, int threads) {
-  return spreadOfRows(shape, counted, threads, [&] {
+Histogram histogramOfDepartures(const Plane& plane, const PlaneShape& shape, const CountedColumns& counted,
+                                int threads) {
+  return histogramOfRows(shape, counted, threads, [&] {
     return [rows = MirroredRows(plane, shape),
             row = std::vector<std::int16_t>(static_cast<std::size_t>(shape.width))](std::int64_t y) mutable {
       rows.departures(y, row.data());
       return static_cast<const std::int16_t*>(row.data());
     };
   });
+}
+
+Spread spreadOfDepartures(const Plane& plane, const PlaneShape& shape, const CountedColumns& counted, int threads) {
+  return histogramOfDepartures(plane, shape, counted, threads).spread();
 }
 
 }  // namespace tessaly::second

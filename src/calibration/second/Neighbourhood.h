@@ -46,6 +46,8 @@ using CountedColumns = std::function<std::span<const ColumnRange>(std::int64_t y
 /// The spread of a plane, and of its departures, where it counts.
 [[nodiscard]] Spread spreadOfPlane(const Plane& plane, const PlaneShape& shape, const CountedColumns& counted,
                                    int threads);
+[[nodiscard]] Histogram histogramOfDepartures(const Plane& plane, const PlaneShape& shape,
+                                              const CountedColumns& counted, int threads);
 [[nodiscard]] Spread spreadOfDepartures(const Plane& plane, const PlaneShape& shape, const CountedColumns& counted,
                                         int threads);
 

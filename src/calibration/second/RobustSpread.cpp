@@ -62,6 +62,12 @@ std::uint64_t Histogram::count() const {
   return std::accumulate(counts_.begin(), counts_.end(), std::uint64_t{0});
 }
 
+std::uint64_t Histogram::countFrom(int distance) const {
+  const auto zero = counts_.begin() + offset;
+  const auto below = std::accumulate(counts_.begin(), zero - std::min(distance, offset) + 1, std::uint64_t{0});
+  return below + std::accumulate(zero + std::min(distance, offset), counts_.end(), std::uint64_t{0});
+}
+
 Spread Histogram::spread() const {
   const Distribution distribution(counts_);
   if (distribution.total() == 0) return {};

@@ -24,6 +24,8 @@ class Histogram {
   void join(const Histogram& other);
 
   [[nodiscard]] std::uint64_t count() const;
+  /// How many values are `distance` or more away from 0.
+  [[nodiscard]] std::uint64_t countFrom(int distance) const;
   [[nodiscard]] Spread spread() const;
 
  private:

@@ -1,8 +1,10 @@
 #include "calibration/second/SecondOpinion.h"
 
+#include "calibration/ActiveSamples.h"
 #include "calibration/second/Confirmation.h"
 #include "calibration/second/GroupSums.h"
 #include "calibration/second/LineVotes.h"
+#include "calibration/second/NoiseFigures.h"
 #include "calibration/second/RowKernels.h"
 #include "dng/DNGReader.h"
 
@@ -65,6 +67,7 @@ class Opinion {
     vote();
     SecondOpinion opinion;
     opinion.findings = findings(found_, metadata_);
+    opinion.settings = std::move(settings_);
     opinion.confirmed =
         confirmations(documented, found_, opinion.findings, metadata_,
                       [this](auto kind, std::int64_t x, std::int64_t y) { return decides(kind, x, y); });
@@ -140,7 +143,8 @@ class Opinion {
   void measureNoise(GroupModel& model) {
     const Plane& roots = stack_.trimmedRoots();  // 0 … 32767: unsigned as they are
     model.noise = blockMedians({reinterpret_cast<const std::uint16_t*>(roots.data()), shape_.width}, grid_, threads_);
-    model.departureSigma = spreadOfDepartures(stack_.median(), shape_, votingIn(model), threads_).sigma;
+    const Histogram departures = histogramOfDepartures(stack_.median(), shape_, votingIn(model), threads_);
+    model.departureSigma = departures.spread().sigma;
     std::vector<float> voting;
     for (std::int64_t row = 0; row < grid_.rows(); ++row)
       addVoting(model, row, voting);
@@ -148,6 +152,9 @@ class Opinion {
     model.noiseSigma = std::pow(std::max(root, 0.0), 1.5);
     const auto frames = static_cast<double>(model.group.urls.size());
     model.weight = voting.empty() ? 0 : frames / std::max(model.noiseSigma * model.noiseSigma, 1.0);
+    if (!model.group.isFirstPart) return;
+    const double unitsPerRaw = unitsOfRange / static_cast<double>(signalRange(metadata_));
+    settings_.push_back(settingFigures(model, stack_, grid_, departures, unitsPerRaw));
   }
 
   void addVoting(const GroupModel& model, std::int64_t row, std::vector<float>& values) const {
@@ -237,6 +244,7 @@ class Opinion {
   const Step& step_;
   GroupStack stack_;
   std::vector<GroupModel> models_;
+  std::vector<SettingFigures> settings_;
   Found found_;
 };
 

@@ -68,4 +68,8 @@ DNGMetadata parseMetadata(const DNGContainer& container) {
   return metadata;
 }
 
+std::optional<double> parseFNumber(const DNGContainer& container) {
+  return MetadataRules::readFNumber(DirectoryTags(container, container.directories().front()));
+}
+
 }  // namespace tessaly

@@ -13,4 +13,7 @@ namespace tessaly {
 /// its DNGError. Throws std::system_error for an I/O error. Errors are not wrapped with the file's name.
 [[nodiscard]] DNGMetadata parseMetadata(const DNGContainer& container);
 
+/// The f-number at which the frame was taken, where it is told. Throws for an EXIF directory that cannot be read.
+[[nodiscard]] std::optional<double> parseFNumber(const DNGContainer& container);
+
 }  // namespace tessaly

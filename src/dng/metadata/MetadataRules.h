@@ -38,4 +38,7 @@ struct EXIFValues {
 
 [[nodiscard]] EXIFValues readEXIF(const DirectoryTags& first);
 
+/// The f-number of the EXIF directory; no other rule looks at it.
+[[nodiscard]] std::optional<double> readFNumber(const DirectoryTags& first);
+
 }  // namespace tessaly::MetadataRules

@@ -34,4 +34,11 @@ EXIFValues readEXIF(const DirectoryTags& first) {
   return values;
 }
 
+std::optional<double> readFNumber(const DirectoryTags& first) {
+  const DNGContainer& container = first.container();
+  const std::optional<std::int64_t> offset = container.firstInt(first.field(TIFFTag::exifIFD));
+  if (!offset) return std::nullopt;
+  return container.firstNumber(readEXIFDirectory(container, *offset).field(TIFFTag::fNumber));
+}
+
 }  // namespace tessaly::MetadataRules

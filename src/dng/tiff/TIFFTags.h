@@ -27,6 +27,7 @@ inline constexpr std::int64_t subIFDs = 330;
 inline constexpr std::int64_t cfaRepeatPatternDim = 33421;
 inline constexpr std::int64_t cfaPattern = 33422;
 inline constexpr std::int64_t exposureTime = 33434;  ///< in the EXIF directory
+inline constexpr std::int64_t fNumber = 33437;       ///< in the EXIF directory
 inline constexpr std::int64_t exifIFD = 34665;
 inline constexpr std::int64_t isoSpeed = 34855;          ///< in the EXIF directory
 inline constexpr std::int64_t bodySerialNumber = 42033;  ///< in the EXIF directory
