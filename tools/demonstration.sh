@@ -18,11 +18,12 @@ ls "$sample/calibration" "$sample/photographs"
 say "2. What the calibration frames tell"
 rm -rf "$sample/home" "$sample/photographs/Tessaly Results" "$sample/profile.json"
 cli calibrate "$sample/calibration" --name "Sample body" --save --profile "$sample/profile.json" \
-  --second-opinion --result "$sample/result.json"
+  --second-opinion --result "$sample/result.json" --report "$sample/sensor-report.html"
 say "What starts included, which is what is certain; and how many of the planted samples it does not cover:"
 "$programs/tessaly-sample-report" "$sample" --profile "$sample/profile.json"
 say "What the second opinion proposes beside it, which a person has to look at; none of it is included:"
 "$programs/tessaly-sample-report" "$sample" --findings "$sample/result.json"
+say "The report about the sensor is $sample/sensor-report.html"
 
 say "3. The photographs, repaired with that profile"
 cli repair "$sample/photographs" --profile "Sample body"

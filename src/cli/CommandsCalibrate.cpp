@@ -18,6 +18,8 @@
 #include "presentation/CalibrationTexts.h"
 #include "presentation/DuplicateColumns.h"
 #include "presentation/ForeignFrames.h"
+#include "presentation/SecondOpinionTexts.h"
+#include "presentation/SensorReport.h"
 #include "profile/CameraProfileJSON.h"
 #include "store/ProfileStore.h"
 
@@ -41,6 +43,7 @@ struct CalibrateOptions {
   std::string inspect;
   std::optional<std::string> name;
   std::string profile;
+  std::string report;
   bool save = false;
   bool secondOpinion = false;
   bool json = false;
@@ -48,7 +51,8 @@ struct CalibrateOptions {
   std::string include = "preselected";
 
   [[nodiscard]] bool makesProfile() const { return save || !profile.empty(); }
-  [[nodiscard]] std::vector<fs::path> outputs() const { return {result, preview, profile, json ? "-" : ""}; }
+  [[nodiscard]] std::vector<fs::path> outputs() const { return {result, preview, profile, report, json ? "-" : ""}; }
+  [[nodiscard]] bool looksClosely() const { return secondOpinion || !report.empty(); }
 };
 
 double pixelConfidence(const CalibrateOptions& options) {
@@ -123,6 +127,19 @@ void save(const CameraProfile& profile) {
   }
 }
 
+/// What the second opinion is told by besides the result, which tells it only where it was asked for by itself.
+struct OpinionTexts {
+  std::string summary;
+  std::string report;
+};
+
+OpinionTexts takeOpinion(const CalibrateOptions& options, CalibrationResult& result) {
+  if (!options.looksClosely()) return {};
+  OpinionTexts texts{SecondOpinionTexts::summary(result), SensorReport::page(result)};
+  if (!options.secondOpinion) result.secondOpinion.reset();
+  return texts;
+}
+
 void makeProfile(const CalibrateOptions& options, const CalibrationResult& result, const std::set<UUID>& included) {
   if (!options.makesProfile()) return;
   const CameraProfile profile =
@@ -132,15 +149,18 @@ void makeProfile(const CalibrateOptions& options, const CalibrationResult& resul
 }
 
 /// The result of the analysis stands on its own: it is written before anything that can still fail.
-void finish(const CalibrateOptions& options, const CalibrationResult& result, double threshold) {
+void finish(const CalibrateOptions& options, CalibrationResult result, double threshold) {
+  const OpinionTexts opinion = takeOpinion(options, result);
   const std::set<UUID> included = includedCandidates(options, result, threshold);
   for (const std::string& output : {options.result, std::string(options.json ? "-" : "")}) {
     if (!output.empty()) OutputFiles::write(output, toJSON(result, included).dump(2) + "\n");
   }
   writePreview(options, result);
+  if (!options.report.empty()) OutputFiles::write(options.report, opinion.report);
   makeProfile(options, result, included);
   OutputFiles::say(CalibrationTexts::completion(result, threshold), options.outputs());
   tellDuplicates(linesInsideColumns(result));
+  if (!opinion.summary.empty()) Console::note(opinion.summary);
   if (options.name && !options.makesProfile())
     Console::note(L("No profile was kept. Add --save or --profile to keep one."));
 }
@@ -151,7 +171,7 @@ ExitStatus calibrate(const CalibrateOptions& options, const Context& context) {
   const CalibrationFrames frames = calibrationFrames(options.frames);
   checkOutputs(options, frames);
   try {
-    finish(options, analyze(frames, options.secondOpinion, context.interruption), threshold);
+    finish(options, analyze(frames, options.looksClosely(), context.interruption), threshold);
   } catch (const DNGError& error) {
     throw CommandFailure(failureText(error, frames.folder), ForeignFrames::line(error, frames.files));
   }
@@ -175,6 +195,8 @@ void addCalibrate(Program& program) {
                     "Include pixels from this confidence on, 50 to 100; otherwise 98");
   command.addOption("--include", options->include, "preselected|all|none", "Which candidates are included")
       .oneOf({"preselected", "all", "none"});
+  command.addOption("--report", options->report, "OUT.html",
+                    "Write a report of the sensor's noise and defects as a web page; looks closer for that");
   command.addFlag("--second-opinion", options->secondOpinion,
                   "Also look for soft shadows, weak columns and unsteady pixels; told in --result, never included");
   command.addFlag("--json", options->json, "Print what --result writes, and nothing else");

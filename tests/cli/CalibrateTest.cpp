@@ -167,6 +167,15 @@ TEST_F(CalibrateTest, TellsTheSecondOpinionOnlyWhenAsked) {
   EXPECT_EQ(both.dump(), alone.dump());
 }
 
+TEST_F(CalibrateTest, WritesASensorReportAndNothingOfItIntoTheResult) {
+  const auto outcome = run({"calibrate", "frames", "--result", "result.json", "--report", "report.html"});
+  ASSERT_EQ(outcome.status, 0);
+  EXPECT_FALSE(result().contains("secondOpinion"));
+  EXPECT_THAT(readText(folder / "report.html"), StartsWith("<!DOCTYPE html>\n<html lang=\"en\">"));
+  EXPECT_THAT(readText(folder / "report.html"), HasSubstr("<h1>Sensor Report</h1>"));
+  EXPECT_THAT(outcome.errors, HasSubstr("Second opinion: "));
+}
+
 TEST_F(CalibrateTest, WritesThePreviewAsPGM) {
   ASSERT_EQ(run({"calibrate", "frames", "--preview", "p.pgm"}).status, 0);
   const std::string picture = readText(folder / "p.pgm");
@@ -267,7 +276,7 @@ TEST_F(CalibrateTest, TakesAFolderInBracketsForAFolder) {
 }
 
 TEST_F(CalibrateTest, NeverReplacesAFileItReads) {
-  for (const char* option : {"--result", "--preview", "--profile"}) {
+  for (const char* option : {"--result", "--preview", "--profile", "--report"}) {
     EXPECT_EQ(run({"calibrate", "frames", option, "frames/IMG_1.dng", "--name", "x"}).status, 2) << option;
     EXPECT_EQ(run({"calibrate", "frames", option, "i.dng", "--inspect", "i.dng", "--name", "x"}).status, 2) << option;
   }

@@ -20,6 +20,9 @@ constexpr const char* steps[] = {
     "3. Dark frames: fit the lens cap and take at least three frames at each of two or more exposure settings.",
     "4. About thirty frames in all work well. Move the camera slightly between bright frames so that marks on the "
     "surface do not repeat.",
+    "5. What shows most: flats at the lowest ISO and f/16 at three exposures, dark frames at two settings, six frames "
+    "of "
+    "each.",
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// How to take calibration frames, in four sentences that can be folded away.
+// How to take calibration frames, in a few sentences that can be folded away.
 //
 // Open until a camera profile exists, unless the user has opened or closed it: that choice is kept between launches.
 #pragma once

@@ -1,11 +1,18 @@
 #include "app/profile/CalibrationSourcePanel.h"
 
 #include "app/widgets/Metrics.h"
+#include "app/widgets/QtText.h"
+#include "app/widgets/WindowState.h"
 
 #include <QBoxLayout>
 #include <chrono>
 
 namespace tessaly {
+namespace {
+
+constexpr const char* opinionKey = "secondOpinion";
+
+}  // namespace
 
 CalibrationSourcePanel::CalibrationSourcePanel(QWidget* parent)
     : QWidget(parent),
@@ -14,6 +21,11 @@ CalibrationSourcePanel::CalibrationSourcePanel(QWidget* parent)
       progress(Controls::progressBar()),
       analyzeButton(Controls::button("Find Sensor Defects")),
       statusLabel(Controls::statusLabel()),
+      secondOpinionBox(new QCheckBox(localized("Also look for: soft shadows, weak columns, unsteady pixels"))),
+      opinionLabel(new LocalizedLabel),
+      reportButton(Controls::button("Sensor Report…",
+                                    "The sensor's noise and defects as a page to keep. It needs an "
+                                    "analysis that also looked for soft shadows.")),
       guide(new CalibrationGuide) {
   using namespace std::chrono_literals;
   folderLabel->setStringValue("No calibration folder selected");
@@ -22,6 +34,11 @@ CalibrationSourcePanel::CalibrationSourcePanel(QWidget* parent)
   busyDelay_.setSingleShot(true);
   busyDelay_.setInterval(300ms);
   connect(&busyDelay_, &QTimer::timeout, this, [this] { setCursor(Qt::BusyCursor); });
+  secondOpinionBox->setChecked(WindowState::value(opinionKey, false).toBool());
+  connect(secondOpinionBox, &QCheckBox::toggled, this, [](bool on) { WindowState::setValue(opinionKey, on); });
+  opinionLabel->setWordWrap(true);
+  opinionLabel->hide();
+  reportButton->setEnabled(false);
   layOut();
 }
 
@@ -36,17 +53,24 @@ void CalibrationSourcePanel::layOut() {
   analysis->addWidget(progress, 1);
   analysis->addWidget(&guide->disclosure());
   analysis->addWidget(analyzeButton);
+  auto* opinion = Controls::onGrid<QHBoxLayout>(Metrics::groupSpacing);
+  opinion->addWidget(secondOpinionBox);
+  opinion->addStretch(1);
+  opinion->addWidget(reportButton);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(Metrics::grid);
   column->addLayout(source);
   column->addLayout(analysis);
+  column->addLayout(opinion);
   column->addWidget(statusLabel);
+  column->addWidget(opinionLabel);
 }
 
 void CalibrationSourcePanel::setBusy(bool busy) {
   folderButton->setEnabled(!busy);
   analyzeButton->setEnabled(!busy);
+  secondOpinionBox->setEnabled(!busy);
   if (busy) return busyDelay_.start();
   busyDelay_.stop();
   unsetCursor();

@@ -5,6 +5,7 @@
 #include "app/profile/CalibrationGuide.h"
 #include "app/widgets/Controls.h"
 
+#include <QCheckBox>
 #include <QTimer>
 #include <QWidget>
 
@@ -21,6 +22,9 @@ class CalibrationSourcePanel : public QWidget {
   QProgressBar* progress;
   QPushButton* analyzeButton;
   LocalizedLabel* statusLabel;
+  QCheckBox* secondOpinionBox;   ///< whether the next analysis looks closer, and whether what it found is shown
+  LocalizedLabel* opinionLabel;  ///< what came of that; there only while it is shown
+  QPushButton* reportButton;     ///< usable while there is something to report
   CalibrationGuide* guide;
 
   /// Locks the panel while an analysis or an inspection runs; one that takes long shows it at the pointer.

@@ -15,6 +15,7 @@
 #include "calibration/review/NumberParsing.h"
 #include "calibration/review/Preselection.h"
 #include "calibration/review/ProfileBuilding.h"
+#include "calibration/review/Proposals.h"
 #include "localization/Localization.h"
 #include "platform/Text.h"
 #include "presentation/CalibrationStart.h"
@@ -55,10 +56,11 @@ TextSource translated(const char* english) {
   return [english] { return L(english); };
 }
 
-CalibrationResult analyzeFolder(const std::filesystem::path& folder, const CalibrationProgressHandler& progress) {
+CalibrationResult analyzeFolder(const std::filesystem::path& folder, CalibrationEngine::Opinions opinions,
+                                const CalibrationProgressHandler& progress) {
   std::vector<std::filesystem::path> files = sourceFiles(folder);
   if (const auto reason = CalibrationStart::tooFewFiles(files)) throw InvalidInput(Localization::original(*reason));
-  return CalibrationEngine::analyze(std::move(files), progress);
+  return CalibrationEngine::analyze(std::move(files), progress, opinions);
 }
 
 /// The stored profile that says the same under the same name. Profiles that cannot be loaded stop nobody from saving.
@@ -128,8 +130,7 @@ void CalibrationViewController::clearResult() {
   manual_->clear();
   progress->setValue(0);
   showCamera();
-  Controls::setMainAction(*analyzeButton, true);
-  Controls::setMainAction(*save_->saveButton, false);
+  showOpinion();
 }
 
 void CalibrationViewController::showCamera() {
@@ -144,8 +145,11 @@ void CalibrationViewController::analyze() {
   if (!folderURL_) return panels_.showAlert(*this, sentence(Alert::Style::informational, noFolderText));
   progress->setValue(0);
   showWork(translated("Reading calibration frames…"));
-  const auto work = [this, folder = *folderURL_](const std::stop_token& stop, const BackgroundTask::Deliver& deliver) {
-    return analyzeFolder(folder, [this, &stop, &deliver](const CalibrationProgress& report) {
+  using CalibrationEngine::Opinions;
+  const Opinions opinions = source_->secondOpinionBox->isChecked() ? Opinions::both : Opinions::documented;
+  const auto work = [this, folder = *folderURL_, opinions](const std::stop_token& stop,
+                                                           const BackgroundTask::Deliver& deliver) {
+    return analyzeFolder(folder, opinions, [this, &stop, &deliver](const CalibrationProgress& report) {
       if (stop.stop_requested()) throw Unwanted();
       deliver([this, report] { showProgress(report); });
     });
@@ -164,6 +168,9 @@ void CalibrationViewController::analyzed(CalibrationResult result) {
                                .value_or(CandidateSelection::defaultPixelConfidence);
   result_ = std::move(result);
   store_.reset(result_->metadata, result_->candidates, CandidateSelection::preselected(result_->candidates, threshold));
+  if (result_->secondOpinion)
+    store_.setOpinion({CandidateSelection::proposals(*result_), result_->secondOpinion->confirmed});
+  showOpinion();
   completion_ = [this, threshold] {
     return DuplicateColumns::behind(CalibrationTexts::completion(*result_, threshold), " ",
                                     DuplicateColumns::count(*result_));
@@ -172,8 +179,6 @@ void CalibrationViewController::analyzed(CalibrationResult result) {
   showCamera();
   previewView->setManualGuideX(std::nullopt);
   showBrightFieldPreview();
-  Controls::setMainAction(*analyzeButton, false);
-  Controls::setMainAction(*save_->saveButton, true);
 }
 
 void CalibrationViewController::showBrightFieldPreview() {
@@ -254,7 +259,7 @@ double CalibrationViewController::currentConfidenceThreshold() const {
 void CalibrationViewController::acceptStrongCandidates() {
   attempt([this] {
     const double threshold = currentConfidenceThreshold();
-    store_.setAccepted(CandidateSelection::withMatchingPixels(candidates(), accepted(), threshold));
+    store_.includeMatchingPixels(threshold);
     setStatus([threshold] { return ReviewTexts::matchingPixelsIncluded(threshold); });
   });
 }

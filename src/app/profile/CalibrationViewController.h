@@ -61,6 +61,7 @@ class CalibrationViewController : public QWidget {
   void loadInspectionDNG();
   void inspect(const std::filesystem::path& file);
   void showBrightFieldPreview();
+  void saveReport();
   void saveProfile();
 
   /// Keeps the divided widths and the table's columns between launches.
@@ -105,6 +106,9 @@ class CalibrationViewController : public QWidget {
   void setBusy(bool busy);
   void showProgress(const CalibrationProgress& report);
   void analyzed(CalibrationResult result);
+  void showOpinion();
+  void inclusionRefused(int row);
+  void writeReport(const std::filesystem::path& file);
   void inspected(const std::filesystem::path& file, const RawPreviewImage& preview);
   void keepProfile(const CameraProfile& profile);
   void workFailed(const std::exception_ptr& failure, const std::string& subject);

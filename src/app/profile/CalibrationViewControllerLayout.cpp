@@ -11,6 +11,7 @@
 #include "app/widgets/Metrics.h"
 #include "app/widgets/WindowState.h"
 #include "localization/Localization.h"
+#include "presentation/SecondOpinionTexts.h"
 #include "store/ProfileStore.h"
 
 #include <QBoxLayout>
@@ -120,6 +121,11 @@ void CalibrationViewController::connectControls() {
   using Self = CalibrationViewController;
   connect(source_->folderButton, &QPushButton::clicked, this, &Self::chooseFolder);
   connect(analyzeButton, &QPushButton::clicked, this, &Self::analyze);
+  connect(source_->secondOpinionBox, &QCheckBox::toggled, this, &Self::showOpinion);
+  connect(source_->reportButton, &QPushButton::clicked, this, &Self::saveReport);
+  connect(&store_, &CandidateStore::inclusionRefused, this, &Self::inclusionRefused);
+  connect(candidatePanel_, &CandidatePanel::unconfirmedExcluded, this,
+          [this](int count) { setStatus([count] { return SecondOpinionTexts::unconfirmedExcluded(count); }); });
   connect(candidatePanel_, &CandidatePanel::matchingRequested, this, &Self::acceptStrongCandidates);
   connect(preview_->inspectButton, &QPushButton::clicked, this, &Self::loadInspectionDNG);
   connect(preview_->brightFieldButton, &QPushButton::clicked, this, &Self::showBrightFieldPreview);
@@ -169,12 +175,15 @@ void CalibrationViewController::setFocusOrder() {
       source_->folderButton,
       analyzeButton,
       &source_->guide->disclosure(),
+      source_->secondOpinionBox,
+      source_->reportButton,
       candidatePanel_->kindFilter,
       table,
       confidenceThreshold,
       candidatePanel_->matchingButton,
       candidatePanel_->selectAllButton,
       candidatePanel_->deselectAllButton,
+      candidatePanel_->excludeUnconfirmedButton,
       preview_->inspectButton,
       preview_->brightFieldButton,
       previewView,

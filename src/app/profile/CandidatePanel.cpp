@@ -8,7 +8,6 @@
 
 #include <QBoxLayout>
 #include <QHeaderView>
-#include <numeric>
 
 namespace tessaly {
 namespace {
@@ -33,6 +32,7 @@ CandidatePanel::CandidatePanel(CandidateStore& store, QWidget* parent)
       matchingButton(Controls::button("Select Matching Pixels")),
       selectAllButton(Controls::button("Select All")),
       deselectAllButton(Controls::button("Deselect All")),
+      excludeUnconfirmedButton(Controls::button("Exclude what is not confirmed")),
       store_(store),
       model_(new CandidateTableModel(store, this)),
       order_(new CandidateOrder(*model_, this)),
@@ -62,6 +62,8 @@ void CandidatePanel::layOut() {
   auto* all = new WrapLayout;
   all->addWidget(selectAllButton);
   all->addWidget(deselectAllButton);
+  all->addWidget(excludeUnconfirmedButton);
+  excludeUnconfirmedButton->hide();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(Metrics::grid);
@@ -80,7 +82,16 @@ void CandidatePanel::connectControls() {
   connect(confidenceThreshold, &QLineEdit::returnPressed, this, &CandidatePanel::matchingRequested);
   connect(selectAllButton, &QPushButton::clicked, this, [this] { includeAll(true); });
   connect(deselectAllButton, &QPushButton::clicked, this, [this] { includeAll(false); });
+  connect(excludeUnconfirmedButton, &QPushButton::clicked, this, &CandidatePanel::excludeUnconfirmed);
   connect(&store_, &CandidateStore::inclusionChanged, this, &CandidatePanel::showCount);
+  connect(&store_, &CandidateStore::wasReset, this,
+          [this] { excludeUnconfirmedButton->setVisible(store_.isOpinionShown()); });
+}
+
+// Rows that wrap need more height where there is less width; what lies around must not cover them.
+void CandidatePanel::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  setMinimumHeight(layout()->minimumHeightForWidth(width()));
 }
 
 void CandidatePanel::select(int row) {
@@ -88,11 +99,15 @@ void CandidatePanel::select(int row) {
   table->selectCandidate(row);
 }
 
-// All of the candidates, whatever the filter shows.
+// All of the candidates that can be included, whatever the filter shows.
 void CandidatePanel::includeAll(bool included) {
-  std::vector<int> rows(static_cast<std::size_t>(store_.count()));
-  std::iota(rows.begin(), rows.end(), 0);
-  store_.setIncluded(rows, included);
+  store_.setIncluded(store_.includableRows(), included);
+}
+
+void CandidatePanel::excludeUnconfirmed() {
+  const std::vector<int> rows = store_.includedUnconfirmed();
+  store_.setIncluded(rows, false);
+  emit unconfirmedExcluded(static_cast<int>(rows.size()));
 }
 
 void CandidatePanel::showCount() {

@@ -21,8 +21,10 @@ class CandidatePanel : public QWidget, public FollowsLanguage {
   QPushButton* matchingButton;
   QPushButton* selectAllButton;
   QPushButton* deselectAllButton;
+  QPushButton* excludeUnconfirmedButton;  ///< there while the second opinion is shown
 
   [[nodiscard]] const CandidateOrder& order() const { return *order_; }
+  [[nodiscard]] CandidateTableModel& model() { return *model_; }
 
   /// Selects a candidate, if need be by showing all kinds again.
   void select(int row);
@@ -35,11 +37,16 @@ class CandidatePanel : public QWidget, public FollowsLanguage {
  signals:
   /// "Select Matching Pixels", by its button or by Return in the field.
   void matchingRequested();
+  void unconfirmedExcluded(int count);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void layOut();
   void connectControls();
   void includeAll(bool included);
+  void excludeUnconfirmed();
   void showCount();
   void restoreColumns();
 

@@ -167,6 +167,7 @@ void InclusionDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
   check.rect = checkBox(option);
   check.state.setFlag(QStyle::State_On, included);
   check.state.setFlag(QStyle::State_Off, !included);
+  check.state.setFlag(QStyle::State_Enabled, index.flags().testFlag(Qt::ItemIsUserCheckable));
   style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &check, painter, option.widget);
   const int side = check.rect.height() - 2;
   const QRect dot(check.rect.right() + Metrics::grid, check.rect.center().y() - side / 2, side, side);

@@ -1,7 +1,9 @@
 #include "app/profile/CandidateTableModel.h"
 
+#include "app/widgets/Icons.h"
 #include "app/widgets/QtText.h"
 #include "presentation/DuplicateColumns.h"
+#include "presentation/SecondOpinionTexts.h"
 
 #include <utility>
 
@@ -75,6 +77,13 @@ QVariant CandidateTableModel::text(const QModelIndex& index) const {
   return {};
 }
 
+QVariant CandidateTableModel::toolTip(const QModelIndex& index) const {
+  if (index.column() != reason) return {};
+  const QString opinion = opinionText(index.row());
+  const QString words = reasonText(index.row());
+  return plainToolTip(opinion.isEmpty() ? words : words + QLatin1Char('\n') + opinion);
+}
+
 QVariant CandidateTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const bool isInclude = index.column() == include;
@@ -86,7 +95,9 @@ QVariant CandidateTableModel::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return alignment(index.column());
     case Qt::ToolTipRole:
-      return index.column() == reason ? plainToolTip(reasonText(index.row())) : QVariant();
+      return toolTip(index);
+    case Qt::DecorationRole:
+      return index.column() == kind && store_.isProposed(index.row()) ? QVariant(tintedIcon("second")) : QVariant();
     case Qt::AccessibleTextRole:
       return isInclude ? QVariant(localized("Include")) : text(index);
     default:
@@ -96,13 +107,15 @@ QVariant CandidateTableModel::data(const QModelIndex& index, int role) const {
 
 bool CandidateTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (!index.isValid() || index.column() != include || role != Qt::CheckStateRole) return false;
+  if (!store_.isIncludable(index.row())) return false;
   store_.setIncluded({index.row()}, value.toInt() == Qt::Checked);
   return true;
 }
 
 Qt::ItemFlags CandidateTableModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags plain = QAbstractTableModel::flags(index);
-  return index.isValid() && index.column() == include ? plain | Qt::ItemIsUserCheckable : plain;
+  const bool isCheckBox = index.isValid() && index.column() == include && store_.isIncludable(index.row());
+  return isCheckBox ? plain | Qt::ItemIsUserCheckable : plain;
 }
 
 QVariant CandidateTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -123,9 +136,19 @@ QString CandidateTableModel::reasonText(int row) const {
   const CalibrationCandidate& candidate = store_.at(row);
   QString& words = reasons_[toQt(candidate.reason)];
   if (words.isEmpty()) words = toQt(CandidateTexts::reason(candidate));
+  QStringList parts;
+  if (const auto mark = SecondOpinionTexts::mark(store_.isProposed(row), store_.confirmed(row))) parts << toQt(*mark);
   const auto column = insideColumns_.find(candidate.id);
-  if (column == insideColumns_.end()) return words;
-  return toQt(DuplicateColumns::mark(column->second, store_.metadata())) + QStringLiteral(" · ") + words;
+  if (column != insideColumns_.end()) parts << toQt(DuplicateColumns::mark(column->second, store_.metadata()));
+  parts << words;
+  return parts.join(QStringLiteral(" · "));
+}
+
+QString CandidateTableModel::opinionText(int row) const {
+  if (const SecondOpinionFinding* finding = store_.proposal(row))
+    return toQt(SecondOpinionTexts::advice(*finding, fNumber_));
+  const std::optional<bool> confirmed = store_.confirmed(row);
+  return confirmed ? toQt(SecondOpinionTexts::meaning(*confirmed)) : QString();
 }
 
 void CandidateTableModel::findDuplicates() {

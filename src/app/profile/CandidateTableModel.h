@@ -44,16 +44,25 @@ class CandidateTableModel : public QAbstractTableModel, public FollowsLanguage {
 
   [[nodiscard]] const CandidateStore& store() const { return store_; }
 
-  /// The reason of a candidate, for a line inside a full column behind a mark that says so.
+  /// The reason of a candidate behind the marks that it bears: proposed, confirmed or not by the second opinion, inside
+  /// a full column.
   [[nodiscard]] QString reasonText(int row) const;
+
+  /// What the second opinion's mark means, and what to do about it; empty for a row without one.
+  [[nodiscard]] QString opinionText(int row) const;
+
+  /// The f-number of the flats, which decides how deep shadows of dust are.
+  void setFNumber(std::optional<double> fNumber) { fNumber_ = fNumber; }
 
   void refreshLanguage() override;
 
  private:
   [[nodiscard]] QVariant text(const QModelIndex& index) const;
+  [[nodiscard]] QVariant toolTip(const QModelIndex& index) const;
   void findDuplicates();
 
   CandidateStore& store_;
+  std::optional<double> fNumber_;
   std::map<UUID, std::int64_t> insideColumns_;  ///< lines that say a column again, and which one
   mutable QHash<QString, QString> reasons_;     ///< translated; thousands of candidates share a few
 };

@@ -56,6 +56,12 @@ ManualAdditionsPanel::ManualAdditionsPanel(QWidget* parent)
   column->addWidget(note);
 }
 
+// Rows that wrap need more height where there is less width; what lies around must not cover them.
+void ManualAdditionsPanel::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  setMinimumHeight(layout()->minimumHeightForWidth(width()));
+}
+
 void ManualAdditionsPanel::fill(const CandidateSelection::ManualFields& fields) {
   setX(fields.x);
   manualY->setText(fields.y ? number(*fields.y) : QString());

@@ -29,6 +29,9 @@ class ManualAdditionsPanel : public QWidget {
   [[nodiscard]] std::string x() const;
   [[nodiscard]] std::string y() const;
   [[nodiscard]] std::string radius() const;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
 };
 
 }  // namespace tessaly
