@@ -54,6 +54,7 @@ _tessaly_cli() {
     'calibrate --profile') _tessaly_cli_offer file; return ;;
     'calibrate --pixel-confidence') _tessaly_cli_offer nothing; return ;;
     'calibrate --include') _tessaly_cli_offer choice 'preselected all none'; return ;;
+    'calibrate --report') _tessaly_cli_offer file; return ;;
     'repair --language') _tessaly_cli_offer choice 'en zh-Hans fr'; return ;;
     'repair --files-from') _tessaly_cli_offer file; return ;;
     'repair --shard') _tessaly_cli_offer nothing; return ;;
@@ -84,7 +85,7 @@ _tessaly_cli() {
       if [[ $current == -* ]]; then _tessaly_cli_offer choice '-h --help --language --output'; else _tessaly_cli_offer file; fi
       ;;
     'calibrate')
-      if [[ $current == -* ]]; then _tessaly_cli_offer choice '-h --help --language --result --preview --inspect --name --profile --save --pixel-confidence --include --second-opinion --json'; else _tessaly_cli_offer file; fi
+      if [[ $current == -* ]]; then _tessaly_cli_offer choice '-h --help --language --result --preview --inspect --name --profile --save --pixel-confidence --include --report --second-opinion --json'; else _tessaly_cli_offer file; fi
       ;;
     'repair')
       if [[ $current == -* ]]; then _tessaly_cli_offer choice '-h --help --language --files-from -0 --null --recursive --shard --profile --output --workers --existing --no-log --summary --keep-dates --sidecars --dry-run -q --quiet -v --verbose --json --json-lines'; else _tessaly_cli_offer file; fi

@@ -33,6 +33,7 @@ complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -l profile -r
 complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -l save -d 'Put a profile of the included candidates into the profile store'
 complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -l pixel-confidence -x -d 'Include pixels from this confidence on, 50 to 100; otherwise 98'
 complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -l include -x -a 'preselected all none' -d 'Which candidates are included'
+complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -l report -r -F -d 'Write a report of the sensor'\''s noise and defects as a web page; looks closer for that'
 complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -l second-opinion -d 'Also look for soft shadows, weak columns and unsteady pixels; told in --result, never included'
 complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -l json -d 'Print what --result writes, and nothing else'
 complete -c tessaly-cli -n '__fish_seen_subcommand_from calibrate' -F

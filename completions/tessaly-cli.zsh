@@ -74,6 +74,7 @@ _tessaly-cli-calibrate() {
     '--save[Put a profile of the included candidates into the profile store]' \
     '--pixel-confidence[Include pixels from this confidence on, 50 to 100; otherwise 98]:PERCENT: ' \
     '--include[Which candidates are included]:preselected|all|none:(preselected all none)' \
+    '--report[Write a report of the sensor'\''s noise and defects as a web page; looks closer for that]:OUT.html:_files' \
     '--second-opinion[Also look for soft shadows, weak columns and unsteady pixels; told in --result, never included]' \
     '--json[Print what --result writes, and nothing else]' \
     '*:FOLDER_OR_FILES:_files'

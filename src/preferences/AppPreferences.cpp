@@ -14,7 +14,7 @@
 namespace tessaly {
 namespace {
 
-constexpr const char* prefix = "Tessaly.settings.";
+constexpr const char* settingsPrefix = "Tessaly.settings.";
 constexpr std::int64_t maximumWorkers = 4;
 
 constexpr std::array<RawValue<AppAppearance>, 3> appearances{{
@@ -29,7 +29,7 @@ constexpr std::array<RawValue<ExistingOutputPolicy>, 2> policies{{
 }};
 
 std::string key(const char* name) {
-  return std::string(prefix) + name;
+  return std::string(settingsPrefix) + name;
 }
 
 }  // namespace
@@ -159,7 +159,7 @@ void AppPreferences::setOutputPath(const std::string& path) {
 }
 
 void AppPreferences::reset() {
-  store_->file.removeAll(prefix);
+  store_->file.removeAll(settingsPrefix);
 }
 
 void AppPreferences::notify() {

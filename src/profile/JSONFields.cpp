@@ -32,7 +32,7 @@ const JSONField& JSONFields::at(std::string_view key) const {
   for (const JSONField& field : fields_) {
     if (key == field.key) return field;
   }
-  assert(!"a key that was not asked for");
+  assert(false && "a key that was not asked for");
   return fields_.front();
 }
 

@@ -7,7 +7,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 namespace tessaly::tests {
 namespace {
@@ -101,10 +101,12 @@ TEST_P(RunningProgram, EndsInOrderWhenItIsAskedTo) {
   ASSERT_TRUE(program.waitForFinished(patience));
   EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
   EXPECT_EQ(program.exitCode(), 0);
-  std::ostringstream settings;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path()))
-    if (entry.is_regular_file()) settings << std::ifstream(entry.path()).rdbuf();
-  EXPECT_NE(settings.str().find("Tessaly.window.place"), std::string::npos);
+  std::string settings;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path())) {
+    std::ifstream file(entry.path());
+    if (entry.is_regular_file()) settings.append(std::istreambuf_iterator<char>(file), {});
+  }
+  EXPECT_NE(settings.find("Tessaly.window.place"), std::string::npos);
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, RunningProgram, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT));

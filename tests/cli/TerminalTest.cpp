@@ -4,6 +4,8 @@
 #include "profile/CameraProfileJSON.h"
 #include "tools/DNGBuilder.h"
 
+#include <array>
+
 namespace tessaly::tests {
 namespace {
 
@@ -30,11 +32,19 @@ class PseudoTerminal {
 
   [[nodiscard]] int open() const { return ::open(name_.c_str(), O_RDWR | O_NOCTTY); }
 
-  /// Everything written so far; a terminal holds about four kilobytes.
+  /// Everything written so far. What is written last of all tells that all has come: it passes through in order, but
+  /// not at once.
   [[nodiscard]] std::string shown() const {
-    char text[8192] = {};
-    const ssize_t length = read(terminal_, text, sizeof text);
-    return {text, static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+    const std::string last = "[that was all]";
+    if (write(kept_, last.data(), last.size()) < 0) throw std::runtime_error("The terminal takes nothing");
+    std::string text;
+    while (text.find(last) == std::string::npos) {
+      std::array<char, 4096> piece;
+      const ssize_t length = read(terminal_, piece.data(), piece.size());
+      if (length <= 0) break;
+      text.append(piece.data(), static_cast<std::size_t>(length));
+    }
+    return text.substr(0, text.find(last));
   }
 
  private:

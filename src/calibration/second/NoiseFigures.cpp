@@ -67,7 +67,8 @@ double fixedVariance(double departureSigma, double frameVariance, std::size_t fr
 
 std::vector<StrengthCount> strengthCounts(const Histogram& departures, double quanta) {
   std::vector<StrengthCount> counts;
-  for (double strength = 1; strength <= 2 * limit; strength *= std::sqrt(2.0)) {
+  for (int halfOctave = 0; std::exp2(halfOctave / 2.0) <= 2 * limit; ++halfOctave) {
+    const double strength = std::exp2(halfOctave / 2.0);  // every second one is whole
     const std::uint64_t photosites = departures.countFrom(static_cast<int>(std::ceil(strength)));
     if (photosites == 0) break;
     counts.push_back({strength / quanta, photosites});
