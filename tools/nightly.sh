@@ -3,8 +3,8 @@
 #   faults      the command line with a fault at every call and every allocation
 #   exhaustive  small files cut at every length and with every byte of their structure set to every value
 #   races       two programs with four workers each on one folder, 200 times
-#   threads     the command line's tests under ThreadSanitizer
-#   memory      the tests of the command line under AddressSanitizer
+#   threads     the tests of the command line and of everything with threads under ThreadSanitizer
+#   memory      the tests of the window, and a long random walk through it, under AddressSanitizer
 #   fuzz        all fuzz targets, FUZZ_SECONDS (3600) each, then what they reach
 # Prints the figures; ends with a failure where one part has found something.
 set -uo pipefail
@@ -34,14 +34,24 @@ races() {
 }
 
 threads() {
-  build_preset tsan tessaly-cli-tests &&
-    ctest --test-dir build/tsan/tests/cli --output-on-failure --parallel "$(nproc)" --timeout 1200
+  local folders=(platform repair calibration batch cli reliability) folder status=0
+  local targets=("${folders[@]/#/tessaly-}")
+  build_preset tsan "${targets[@]/%/-tests}" || return
+  for folder in "${folders[@]}"; do
+    ctest --test-dir "build/tsan/tests/$folder" --output-on-failure --parallel "$(nproc)" --timeout 1200 \
+      --exclude-regex 'SensorRecall|ReferenceComparison' || status=1
+  done
+  return $status
 }
 
 memory() {
-  build_preset asan tessaly-cli tessaly-cli-tests &&
-    LSAN_OPTIONS="suppressions=$root/tools/leaks.supp" \
-      ctest --test-dir build/asan/tests/cli --output-on-failure --parallel "$(nproc)" --timeout 1200
+  local seed
+  export QT_QPA_PLATFORM=offscreen LSAN_OPTIONS="suppressions=$root/tools/leaks.supp"
+  build_preset asan tessaly-app-tests tessaly-random-walk || return
+  ctest --test-dir build/asan/tests/app --output-on-failure --parallel "$(nproc)" --timeout 1200 || return
+  for seed in {1..10}; do
+    build/asan/tests/app/tessaly-random-walk "$seed" 2000 || return
+  done
 }
 
 fuzz() {
